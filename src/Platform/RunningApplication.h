@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Platform/FileURL.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace marrowick {
+
+enum class ActivationPolicy : std::uint8_t {
+    regular,
+    /// Runs with windows, but not as one of the desktop's applications.
+    accessory,
+    /// Has no window at all.
+    prohibited,
+};
+
+/// One application that runs, or ran when this record was made: an application that has quit keeps answering with what
+/// was known last. Main thread only.
+class RunningApplication {
+public:
+    virtual ~RunningApplication() = default;
+
+    virtual std::optional<std::string> bundleIdentifier() const = 0;
+    virtual std::optional<std::string> localizedName() const = 0;
+    /// The file that the application is started by.
+    virtual std::optional<FileURL> bundleURL() const = 0;
+    virtual ActivationPolicy activationPolicy() const = 0;
+    /// Whether it is the application that the user works in.
+    virtual bool isActive() const = 0;
+    virtual bool isHidden() const = 0;
+};
+
+}
