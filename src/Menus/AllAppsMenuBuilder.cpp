@@ -1,0 +1,10 @@
+#include "Menus/AllAppsMenuBuilder.h"
+
+namespace marrowick {
+
+std::shared_ptr<MWMenu> AllAppsMenuBuilder::build()
+{
+    return MWMenu::make("All Applications");
+}
+
+}

@@ -1,0 +1,10 @@
+#include "Menus/PrefPanesMenuBuilder.h"
+
+namespace marrowick {
+
+std::shared_ptr<MWMenu> PrefPanesMenuBuilder::build()
+{
+    return MWMenu::make("Preference Panes");
+}
+
+}
