@@ -1,0 +1,139 @@
+#include "Freedesktop/Interface/Pictures.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QPixmap>
+#include <QXmlStreamReader>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace marrowick {
+
+namespace {
+
+constexpr qsizetype largestPicture = 4 * 1024 * 1024;
+constexpr qsizetype largestSvg = 1024 * 1024;
+constexpr int longestSide = 4096;
+/// Enough for a menu on the densest of screens.
+constexpr int keptSide = 64;
+
+class Descriptor {
+public:
+    explicit Descriptor(int number)
+        : number_(number)
+    {
+    }
+    ~Descriptor()
+    {
+        if (number_ >= 0)
+            close(number_);
+    }
+    Descriptor(Descriptor const&) = delete;
+    Descriptor& operator=(Descriptor const&) = delete;
+    int number() const { return number_; }
+
+private:
+    int number_;
+};
+
+QSize fitted(QSize size)
+{
+    QSize const smaller = size.scaled(keptSide, keptSide, Qt::KeepAspectRatio);
+    return smaller.expandedTo({ 1, 1 });
+}
+
+QImage decoded(QByteArray content)
+{
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    if (!reader.canRead())
+        return {};
+    auto const format = reader.format();
+    bool const isSvg = format == "svg";
+    // A compressed drawing tells nothing of its size.
+    if (format == "svgz" || (isSvg && (content.size() > largestSvg || !isHarmlessSvg(content))))
+        return {};
+    QSize const size = reader.size();
+    if (size.isEmpty() || (!isSvg && std::max(size.width(), size.height()) > longestSide))
+        return {};
+    if (isSvg || std::max(size.width(), size.height()) > keptSide)
+        reader.setScaledSize(fitted(size));
+    return reader.read();
+}
+
+}
+
+std::optional<QByteArray> readRegularFile(char const* path, qsizetype limit)
+{
+    Descriptor const file(open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status { };
+    if (file.number() < 0 || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > limit)
+        return std::nullopt;
+
+    QByteArray content(static_cast<qsizetype>(status.st_size), Qt::Uninitialized);
+    qsizetype filled = 0;
+    while (filled < content.size()) {
+        auto const count = read(file.number(), content.data() + filled, static_cast<size_t>(content.size() - filled));
+        if (count < 0)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        filled += count;
+    }
+    content.truncate(filled);
+    return content;
+}
+
+QIcon pictureIcon(char const* path)
+{
+    auto const content = readRegularFile(path, largestPicture);
+    if (!content)
+        return {};
+    QImage const image = decoded(*content);
+    return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
+}
+
+bool isHarmlessSvg(QByteArray const& text)
+{
+    constexpr int mostReferences = 32;
+    constexpr int deepestNesting = 256;
+
+    QXmlStreamReader reader(text);
+    int references = 0;
+    int depth = 0;
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            if (++depth > deepestNesting)
+                return false;
+            if (reader.name() == QLatin1String("use") && ++references > mostReferences)
+                return false;
+            break;
+        case QXmlStreamReader::EndElement:
+            --depth;
+            break;
+        case QXmlStreamReader::DTD:
+            if (!reader.entityDeclarations().isEmpty())
+                return false;
+            break;
+        case QXmlStreamReader::NoToken:
+        case QXmlStreamReader::Invalid:
+        case QXmlStreamReader::StartDocument:
+        case QXmlStreamReader::EndDocument:
+        case QXmlStreamReader::Characters:
+        case QXmlStreamReader::Comment:
+        case QXmlStreamReader::EntityReference:
+        case QXmlStreamReader::ProcessingInstruction:
+            break;
+        }
+    }
+    return !reader.hasError();
+}
+
+}
