@@ -173,7 +173,7 @@ private:
         if (!object || (object->kind != 0x5 && object->kind != 0x6))
             return std::nullopt;
         std::size_t const unitSize = object->kind == 0x5 ? 1 : 2;
-        if (object->count * unitSize > object->content.size())
+        if (object->count > object->content.size() / unitSize)
             return std::nullopt;
         auto const encoded = object->content.substr(0, object->count * unitSize);
         if (encoded.size() > budget_)
