@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Platform/Log.h"
+#include "Platform/StatusItem.h"
+
+#include <memory>
+
+namespace marrowick {
+
+class FreedesktopEvents;
+
+/// The status areas of Linux desktops: those that embed windows on X11, and StatusNotifier hosts.
+class FreedesktopStatusBar : public StatusBar {
+public:
+    FreedesktopStatusBar(FreedesktopEvents& events, Log& log);
+
+    /// `length` is not used: every host gives its icons their size.
+    std::unique_ptr<StatusItem> makeStatusItem(double length) override;
+
+private:
+    FreedesktopEvents& events_;
+    Log& log_;
+};
+
+}
