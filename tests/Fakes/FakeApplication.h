@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Fakes/FakeEvents.h"
+#include "Platform/Application.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace marrowick {
+
+/// This program as the desktop sees it, without an event loop.
+class FakeApplication final : public Application {
+public:
+    explicit FakeApplication(FakeEvents& events)
+        : events_(events)
+    {
+    }
+
+    std::optional<std::string> bundleIdentifier() const override { return identifier; }
+    bool claimSingleInstance() override { return true; }
+    void setReopenHandler(std::function<void()> handler) override { reopenHandler_ = std::move(handler); }
+    void setAccessoryActivationPolicy() override { isAccessory = true; }
+    void run(std::function<void()> didFinishLaunching) override { didFinishLaunching(); }
+    void terminate() override { ++terminations; }
+
+    /// Another start of the program asks this one to show itself.
+    void startAgain()
+    {
+        if (reopenHandler_)
+            events_.during(Event { EventType::applicationDefined, {} }, reopenHandler_);
+    }
+
+    std::optional<std::string> identifier = "org.marrowick.Marrowick";
+    bool isAccessory = false;
+    int terminations = 0;
+
+private:
+    FakeEvents& events_;
+    std::function<void()> reopenHandler_;
+};
+
+}

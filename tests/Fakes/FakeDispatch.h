@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Platform/Dispatch.h"
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace marrowick {
+
+/// Keeps what was posted until the test lets it run, all on the test's thread.
+class FakeDispatch final : public Dispatch {
+public:
+    bool isMainThread() const override { return std::this_thread::get_id() == mainThread_; }
+    void onMainThread(std::function<void()> work) override { posted_.push_back(std::move(work)); }
+    void inBackground(std::function<void()> work) override { background_.push_back(std::move(work)); }
+
+    Subscription repeatingTimer(std::chrono::milliseconds interval, std::function<void()> handler) override
+    {
+        auto const id = nextTimer_++;
+        (*timers_)[id] = { interval, std::move(handler) };
+        return Subscription([weakTimers = std::weak_ptr(timers_), id] {
+            if (auto const timers = weakTimers.lock())
+                timers->erase(id);
+        });
+    }
+
+    /// Runs what was posted, in order, and what that posts in turn.
+    void runMain() { runAll(posted_); }
+
+    void runBackground() { runAll(background_); }
+
+    /// Every timer of `interval` fires once.
+    void fireTimers(std::chrono::milliseconds interval)
+    {
+        std::vector<int> due;
+        for (auto const& [id, timer] : *timers_) {
+            if (timer.interval == interval)
+                due.push_back(id);
+        }
+        for (auto const id : due) {
+            // A timer may end another one that is due, and itself.
+            auto const found = timers_->find(id);
+            if (found == timers_->end())
+                continue;
+            auto const handler = found->second.handler;
+            handler();
+        }
+    }
+
+    std::size_t timerCount() const { return timers_->size(); }
+
+private:
+    struct Timer {
+        std::chrono::milliseconds interval;
+        std::function<void()> handler;
+    };
+
+    static void runAll(std::deque<std::function<void()>>& queue)
+    {
+        while (!queue.empty()) {
+            auto const work = std::move(queue.front());
+            queue.pop_front();
+            work();
+        }
+    }
+
+    std::thread::id mainThread_ = std::this_thread::get_id();
+    std::deque<std::function<void()>> posted_;
+    std::deque<std::function<void()>> background_;
+    std::shared_ptr<std::map<int, Timer>> timers_ = std::make_shared<std::map<int, Timer>>();
+    int nextTimer_ = 0;
+};
+
+}

@@ -1,0 +1,92 @@
+#include "Fakes/FakeFileManager.h"
+
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace marrowick {
+
+FakeFileManager::FakeFileManager(std::unique_ptr<FileManager> real)
+    : real_(std::move(real))
+{
+}
+
+FileManager const* FakeFileManager::asked(FileURL const& url) const
+{
+    if (!real_)
+        ADD_FAILURE() << "a question about the disk that the test did not expect: " << url.path();
+    return real_.get();
+}
+
+Result<std::vector<ListedItem>> FakeFileManager::contentsOfDirectory(
+    FileURL const& directory, ResourceKeys keys, HiddenItems hidden) const
+{
+    listed.push_back(directory);
+    if (auto const found = listings.find(directory); found != listings.end())
+        return found->second;
+    auto const* manager = asked(directory);
+    if (!manager)
+        return Error { ErrorKind::other, "no file manager" };
+    auto contents = manager->contentsOfDirectory(directory, keys, hidden);
+    if (contents) {
+        for (auto& item : contents.value()) {
+            if (auto const found = values.find(item.url); found != values.end())
+                item.values = found->second;
+        }
+    }
+    return contents;
+}
+
+ResourceValues FakeFileManager::resourceValues(FileURL const& url, ResourceKeys keys) const
+{
+    if (auto const found = values.find(url); found != values.end())
+        return found->second;
+    auto const* manager = asked(url);
+    return manager ? manager->resourceValues(url, keys) : ResourceValues {};
+}
+
+bool FakeFileManager::fileExists(FileURL const& url) const
+{
+    auto const* manager = asked(url);
+    return manager && manager->fileExists(url);
+}
+
+std::optional<FileIdentity> FakeFileManager::identity(FileURL const& url) const
+{
+    auto const* manager = asked(url);
+    return manager ? manager->identity(url) : std::nullopt;
+}
+
+Result<void> FakeFileManager::createDirectory(FileURL const& url) const
+{
+    auto const* manager = asked(url);
+    return manager ? manager->createDirectory(url) : Error { ErrorKind::other, "no file manager" };
+}
+
+Result<FileURL> FakeFileManager::resolvingAlias(FileURL const& url) const
+{
+    auto const* manager = asked(url);
+    return manager ? manager->resolvingAlias(url) : Error { ErrorKind::other, "no file manager" };
+}
+
+std::vector<FileURL> FakeFileManager::urls(StandardDirectory directory) const
+{
+    auto const found = standardDirectories.find(directory);
+    if (found != standardDirectories.end())
+        return found->second;
+    ADD_FAILURE() << "a standard directory that the test does not have: " << static_cast<int>(directory);
+    return {};
+}
+
+FileURL FakeFileManager::homeDirectory() const
+{
+    ADD_FAILURE() << "the home folder, which the test does not have";
+    return {};
+}
+
+std::optional<std::vector<FileURL>> FakeFileManager::mountedVolumes() const
+{
+    return volumes;
+}
+
+}
