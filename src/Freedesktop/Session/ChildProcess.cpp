@@ -1,0 +1,104 @@
+#include "Freedesktop/Session/ChildProcess.h"
+
+#include <glib.h>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string_view>
+
+namespace marrowick {
+
+namespace {
+
+class SpawnAttributes {
+public:
+    SpawnAttributes()
+    {
+        posix_spawnattr_init(&attributes_);
+        sigset_t signals;
+        sigfillset(&signals);
+        posix_spawnattr_setsigdefault(&attributes_, &signals);
+        sigemptyset(&signals);
+        posix_spawnattr_setsigmask(&attributes_, &signals);
+        posix_spawnattr_setflags(
+            &attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | short { POSIX_SPAWN_SETSID });
+    }
+    ~SpawnAttributes() { posix_spawnattr_destroy(&attributes_); }
+    SpawnAttributes(SpawnAttributes const&) = delete;
+    SpawnAttributes& operator=(SpawnAttributes const&) = delete;
+
+    posix_spawnattr_t const* get() const { return &attributes_; }
+
+private:
+    posix_spawnattr_t attributes_ {};
+};
+
+class SpawnFileActions {
+public:
+    explicit SpawnFileActions(std::string const& workingDirectory)
+    {
+        posix_spawn_file_actions_init(&actions_);
+        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
+        if (!workingDirectory.empty())
+            posix_spawn_file_actions_addchdir_np(&actions_, workingDirectory.c_str());
+    }
+    ~SpawnFileActions() { posix_spawn_file_actions_destroy(&actions_); }
+    SpawnFileActions(SpawnFileActions const&) = delete;
+    SpawnFileActions& operator=(SpawnFileActions const&) = delete;
+
+    posix_spawn_file_actions_t const* get() const { return &actions_; }
+
+private:
+    posix_spawn_file_actions_t actions_ {};
+};
+
+std::vector<std::string> environmentWith(std::map<std::string, std::optional<std::string>> const& changes)
+{
+    std::vector<std::string> environment;
+    for (auto variable = environ; *variable; ++variable) {
+        std::string_view const entry(*variable);
+        if (!changes.contains(std::string(entry.substr(0, entry.find('=')))))
+            environment.emplace_back(entry);
+    }
+    for (auto const& [name, value] : changes) {
+        if (value)
+            environment.push_back(name + "=" + *value);
+    }
+    return environment;
+}
+
+/// The strings as the system wants them, valid as long as they stay as they are.
+std::vector<char*> pointersTo(std::vector<std::string>& strings)
+{
+    std::vector<char*> pointers;
+    pointers.reserve(strings.size() + 1);
+    for (auto& string : strings)
+        pointers.push_back(string.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+}
+
+bool startDetached(ChildProcess const& child)
+{
+    auto command = child.command;
+    auto environment = environmentWith(child.environmentChanges);
+    SpawnAttributes const attributes;
+    SpawnFileActions const actions(child.workingDirectory);
+    pid_t pid = 0;
+    if (posix_spawnp(&pid, command.front().c_str(), actions.get(), attributes.get(), pointersTo(command).data(),
+            pointersTo(environment).data())
+        != 0)
+        return false;
+    // Collects the exit status, so that no zombie is left; nobody asks for it.
+    g_child_watch_add(
+        pid, [](GPid, int, void*) {}, nullptr);
+    return true;
+}
+
+}

@@ -1,0 +1,47 @@
+#include "Freedesktop/Session/FreedesktopWorkspace.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace marrowick {
+
+FreedesktopWorkspace::FreedesktopWorkspace(std::shared_ptr<XConnection> connection, std::string ownIdentifier)
+    : launcher_(connection)
+    , opener_(launcher_)
+    , runningApplications_(std::move(connection), std::move(ownIdentifier))
+{
+}
+
+void FreedesktopWorkspace::open(FileURL const& url)
+{
+    opener_.open(url);
+}
+
+void FreedesktopWorkspace::activateFileViewerSelecting(std::vector<FileURL> const& urls)
+{
+    std::vector<FileURL> absolute;
+    std::copy_if(urls.begin(), urls.end(), std::back_inserter(absolute),
+        [](FileURL const& url) { return url.path().starts_with('/'); });
+    if (absolute.empty())
+        return;
+    // Without a file manager on the bus the folders are opened instead, each once.
+    auto const opened = std::make_shared<std::set<FileURL>>();
+    fileManager_.showItems(absolute, launcher_.makeStartupID(), [this, opened](FileURL const& url) {
+        auto const folder = url.deletingLastPathComponent();
+        if (opened->insert(folder).second)
+            launcher_.openInDefaultApplication("inode/directory", folder.path());
+    });
+}
+
+std::vector<std::shared_ptr<RunningApplication>> FreedesktopWorkspace::runningApplications()
+{
+    return runningApplications_.list();
+}
+
+Subscription FreedesktopWorkspace::observeActivation(std::function<void(std::shared_ptr<RunningApplication>)> handler)
+{
+    return runningApplications_.observeActivation(std::move(handler));
+}
+
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <gio/gdesktopappinfo.h>
+#include <gio/gio.h>
+
+#include <memory>
+
+namespace marrowick {
+
+/// Ends the ownership of a GLib handle with the function that GLib names for it.
+template<auto Function>
+struct GLibRelease {
+    template<typename T>
+    void operator()(T* handle) const
+    {
+        Function(handle);
+    }
+};
+
+template<typename T>
+using GObjectOwner = std::unique_ptr<T, GLibRelease<g_object_unref>>;
+using GErrorOwner = std::unique_ptr<GError, GLibRelease<g_error_free>>;
+using GStringOwner = std::unique_ptr<char, GLibRelease<g_free>>;
+using GStringListOwner = std::unique_ptr<char*, GLibRelease<g_strfreev>>;
+using GVariantOwner = std::unique_ptr<GVariant, GLibRelease<g_variant_unref>>;
+using GDesktopAppInfoOwner = GObjectOwner<GDesktopAppInfo>;
+
+}

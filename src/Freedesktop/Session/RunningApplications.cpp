@@ -1,0 +1,123 @@
+#include "Freedesktop/Session/RunningApplications.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace marrowick {
+
+namespace {
+
+std::string executableOfProcess(pid_t pid)
+{
+    std::array<char, 4096> target {};
+    auto const link = "/proc/" + std::to_string(pid) + "/exe";
+    auto const length = readlink(link.c_str(), target.data(), target.size());
+    std::string_view path(target.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    // A program that was replaced by an update while it runs.
+    constexpr std::string_view deleted = " (deleted)";
+    if (path.ends_with(deleted))
+        path.remove_suffix(deleted.size());
+    return std::string(path);
+}
+
+}
+
+struct RunningApplications::Observers {
+    struct Observer {
+        ActivationHandler handler;
+        bool hasEnded = false;
+    };
+
+    std::shared_ptr<XConnection> connection;
+    std::vector<std::shared_ptr<Observer>> all;
+
+    void end(std::shared_ptr<Observer> const& observer)
+    {
+        observer->hasEnded = true;
+        std::erase(all, observer);
+        if (all.empty())
+            connection->watchRootProperty(XAtom::netActiveWindow, nullptr);
+    }
+};
+
+RunningApplications::RunningApplications(std::shared_ptr<XConnection> connection, std::string ownIdentifier)
+    : connection_(std::move(connection))
+    , rules_ { entries_, std::move(ownIdentifier), getpid(), executableOfProcess }
+    , observers_(std::make_shared<Observers>())
+{
+    observers_->connection = connection_;
+}
+
+RunningApplications::~RunningApplications()
+{
+    connection_->watchRootProperty(XAtom::netActiveWindow, nullptr);
+}
+
+std::vector<ApplicationFacts> RunningApplications::read()
+{
+    auto const windows = readClientWindows(*connection_);
+    if (!windows.windows.empty())
+        entries_.refresh();
+    return applicationsOfWindows(windows, rules_);
+}
+
+std::vector<std::shared_ptr<RunningApplication>> RunningApplications::list()
+{
+    std::vector<std::shared_ptr<RunningApplication>> applications;
+    for (auto& facts : read())
+        applications.push_back(std::make_shared<FreedesktopRunningApplication>(std::move(facts)));
+    return applications;
+}
+
+Subscription RunningApplications::observeActivation(ActivationHandler handler)
+{
+    if (!connection_->isUsable())
+        return {};
+    if (observers_->all.empty()) {
+        // Watched before it is read, so that no change falls in between.
+        connection_->watchRootProperty(XAtom::netActiveWindow, [this] { activeWindowChanged(); });
+        lastActive_.clear();
+        if (auto const window = readActiveWindow(*connection_); window && !isOwnWindow(*window, rules_)) {
+            entries_.refresh();
+            lastActive_ = factsOfWindow(*window, rules_).key;
+        }
+    }
+    auto const observer = std::make_shared<Observers::Observer>(Observers::Observer { std::move(handler) });
+    observers_->all.push_back(observer);
+    return Subscription([observers = std::weak_ptr(observers_), weakObserver = std::weak_ptr(observer)] {
+        auto const ended = weakObserver.lock();
+        if (auto const known = observers.lock(); known && ended)
+            known->end(ended);
+    });
+}
+
+void RunningApplications::activeWindowChanged()
+{
+    auto const window = readActiveWindow(*connection_);
+    if (!window || isOwnWindow(*window, rules_))
+        return;
+    entries_.refresh();
+    auto facts = factsOfWindow(*window, rules_);
+    if (std::exchange(lastActive_, facts.key) == facts.key)
+        return;
+    // The application's other windows tell the rest.
+    auto const applications = read();
+    auto const whole = std::find_if(applications.begin(), applications.end(),
+        [&](auto const& application) { return application.key == facts.key; });
+    if (whole != applications.end())
+        facts = *whole;
+    facts.isActive = true;
+
+    auto const application = std::make_shared<FreedesktopRunningApplication>(std::move(facts));
+    auto const observers = observers_->all;
+    for (auto const& observer : observers) {
+        if (!observer->hasEnded)
+            observer->handler(application);
+    }
+}
+
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Freedesktop/Session/GLibOwners.h"
+
+#include <functional>
+#include <string>
+
+namespace marrowick {
+
+/// A method call to another program.
+struct BusCall {
+    std::string destination;
+    std::string path;
+    std::string interface;
+    std::string method;
+    /// A floating or owned reference to the tuple of arguments; null for none. The call takes it.
+    GVariant* arguments = nullptr;
+    int timeoutMilliseconds = -1;
+};
+
+/// The user's session bus. Nothing here waits: answers come from the event loop, and none comes after the end of the
+/// object. Main thread only.
+class SessionBus {
+public:
+    SessionBus();
+    ~SessionBus();
+    SessionBus(SessionBus const&) = delete;
+    SessionBus& operator=(SessionBus const&) = delete;
+
+    /// Whether the session has a bus. One is never started for the purpose.
+    static bool isAvailable();
+
+    /// Where the call failed the answer is null.
+    using Done = std::function<void(GVariant* answer, GError const* error)>;
+
+    /// Calls `done` once, later.
+    void call(BusCall call, Done done);
+
+private:
+    GObjectOwner<GCancellable> cancellable_;
+};
+
+}
