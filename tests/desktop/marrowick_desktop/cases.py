@@ -1,0 +1,116 @@
+"""The base of the desktop tests."""
+
+import os
+import pathlib
+import unittest
+
+from .desktop import Desktop, empty, fill
+from .hosts import Trayer
+from .menus import Menus
+from .processes import Marrowick
+from .screen import centre
+
+# The entries that every items menu ends with when no generated submenu is switched on.
+ENDING = ["---", "Preferences…", "Quit Marrowick"]
+GENERATED = ("addDesktopSubmenu", "addProcessesSubmenu", "addPrefPanesSubmenu", "addRecentItemsSubmenu")
+
+
+class DesktopCase(unittest.TestCase):
+    """One desktop for all tests of a class, and one program for each test."""
+
+    window_manager = True
+    # The status area that is there before the program starts; None for none.
+    host_type = Trayer
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = Desktop()
+        cls.addClassCleanup(cls.desktop.close)
+        cls.screen = cls.desktop.screen
+        if cls.window_manager:
+            cls.desktop.start_window_manager()
+        cls.host = None
+        if cls.host_type:
+            cls.host = cls.host_type(cls.screen, cls.desktop.logs).start()
+            cls.addClassCleanup(cls.host.stop)
+
+    def setUp(self):
+        self.items = self.desktop.default_items_folder
+        empty(self.items)
+        self.items.mkdir(parents=True)
+        self.desktop.reset_settings()
+        self.desktop.applications.forget()
+        self.screen.move(self.screen.size[0] // 2, self.screen.size[1] - 60)
+        self.program = None
+        self.menus = None
+        self.addCleanup(self._end_program)
+
+    def _end_program(self):
+        if not self.program:
+            return
+        try:
+            self.program.stop()
+        finally:
+            self.program.dispose()
+
+    # The program
+
+    def start(self, environment=None, prefix=()):
+        """Starts the program, by the command `prefix` if there is one, without waiting for anything."""
+        self.program = Marrowick(self.desktop.new_log("marrowick"), environment, prefix)
+        self.menus = Menus(self.desktop.bus, self.program.pid, self.screen)
+        return self.program
+
+    def run_with(self, *names, generated=False):
+        """Starts the program with these entries in the items folder, and waits for its icon."""
+        fill(self.items, *names)
+        if not generated:
+            self.switch_generated_off()
+        self.start()
+        self.host.icon(self.program.pid)
+
+    def switch_generated_off(self):
+        for key in GENERATED:
+            self.desktop.set(key, "false")
+
+    # The menus
+
+    def click_icon(self, button=1, modifiers=()):
+        x, y = centre(self.host.icon(self.program.pid))
+        self.screen.click(x, y, button, modifiers)
+
+    def open_menu(self, button=1, modifiers=()):
+        """Clicks the icon and returns the menu that opens."""
+        self.click_icon(button, modifiers)
+        return self.menus.wait_for_depth(1)
+
+    def items_titles(self):
+        """Opens the items menu, closes it again, and returns its titles without the fixed ending."""
+        menu = self.open_menu()
+        titles = menu.titles()
+        self.menus.close()
+        self.assertEqual(titles[-len(ENDING):], ENDING)
+        return titles[:-len(ENDING)]
+
+
+class PicturingResult(unittest.TextTestResult):
+    """Keeps a picture of the screen at each failure, in the folder of MARROWICK_DESKTOP_PICTURES if there is one."""
+
+    def addFailure(self, test, err):
+        self._shoot(test)
+        super().addFailure(test, err)
+
+    def addError(self, test, err):
+        self._shoot(test)
+        super().addError(test, err)
+
+    @staticmethod
+    def _shoot(test):
+        place = os.environ.get("MARROWICK_DESKTOP_PICTURES")
+        if place and isinstance(test, DesktopCase):
+            pathlib.Path(place).mkdir(parents=True, exist_ok=True)
+            test.screen.shoot(pathlib.Path(place) / f"{test.id()}.png")
+
+
+def run():
+    unittest.main(testRunner=unittest.TextTestRunner(verbosity=2, resultclass=PicturingResult))

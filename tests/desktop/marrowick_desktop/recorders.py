@@ -1,0 +1,94 @@
+"""Stand-ins for what the program starts or asks; they remember what arrived."""
+
+import os
+import pathlib
+
+from gi.repository import Gio, GLib
+
+from .waiting import wait_for
+
+RECORD = """#!/bin/sh
+# Remembers the arguments of one start.
+name=$1
+shift
+printf '%s\\0' "$name" "$@" >"{calls}/$$.part"
+mv "{calls}/$$.part" "{calls}/$$.call"
+"""
+
+ENTRY = """[Desktop Entry]
+Type=Application
+Name={title}
+Exec="{program}" {name} %F
+MimeType={types};
+"""
+
+FILE_MANAGER = """
+<node><interface name="org.freedesktop.FileManager1">
+  <method name="ShowItems"><arg type="as" direction="in"/><arg type="s" direction="in"/></method>
+  <method name="ShowFolders"><arg type="as" direction="in"/><arg type="s" direction="in"/></method>
+  <method name="ShowItemProperties"><arg type="as" direction="in"/><arg type="s" direction="in"/></method>
+</interface></node>
+"""
+
+
+class DefaultApplications:
+    """Default applications for text files and for folders that remember what they were opened with."""
+
+    def __init__(self, place):
+        self.calls_folder = place / "calls"
+        self.calls_folder.mkdir(parents=True)
+        program = place / "record"
+        program.write_text(RECORD.format(calls=self.calls_folder))
+        program.chmod(0o755)
+        applications = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "applications"
+        applications.mkdir(parents=True, exist_ok=True)
+        for name, title, types in (("editor", "Test Editor", "text/plain"), ("files", "Test Files", "inode/directory")):
+            (applications / f"marrowick-test-{name}.desktop").write_text(
+                ENTRY.format(title=title, program=program, name=name, types=types))
+        config = pathlib.Path(os.environ["XDG_CONFIG_HOME"])
+        config.mkdir(parents=True, exist_ok=True)
+        (config / "mimeapps.list").write_text(
+            "[Default Applications]\n"
+            "text/plain=marrowick-test-editor.desktop\n"
+            "inode/directory=marrowick-test-files.desktop\n")
+
+    def forget(self):
+        for call in self.calls_folder.iterdir():
+            call.unlink()
+
+    def calls(self):
+        """The starts so far, each a list of the application's name and its arguments."""
+        files = sorted(self.calls_folder.glob("*.call"), key=lambda path: path.stat().st_mtime_ns)
+        return [os.fsdecode(path.read_bytes()).split("\0")[:-1] for path in files]
+
+    def wait_for_call(self):
+        return wait_for(self.calls, "a default application to be started")[-1]
+
+
+class FileManagerService:
+    """The file manager of the session as programs reach it over the bus."""
+
+    name = "org.freedesktop.FileManager1"
+
+    def __init__(self):
+        self.calls = []
+        self.connection = Gio.bus_get_sync(Gio.BusType.SESSION)
+        interface = Gio.DBusNodeInfo.new_for_xml(FILE_MANAGER).interfaces[0]
+        self.registration = self.connection.register_object("/org/freedesktop/FileManager1", interface,
+                                                            self._called, None, None)
+        self._bus("RequestName", GLib.Variant("(su)", (self.name, 4)))
+
+    def _bus(self, method, arguments):
+        self.connection.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
+                                  arguments, None, Gio.DBusCallFlags.NONE, 5000, None)
+
+    def _called(self, _connection, _sender, _path, _interface, method, arguments, invocation):
+        self.calls.append((method, list(arguments.unpack()[0])))
+        invocation.return_value(None)
+
+    def wait_for_call(self):
+        return wait_for(lambda: self.calls and self.calls[-1], "the file manager to be asked")
+
+    def close(self):
+        self._bus("ReleaseName", GLib.Variant("(s)", (self.name,)))
+        self.connection.unregister_object(self.registration)
