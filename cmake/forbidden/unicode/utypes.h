@@ -1,0 +1,1 @@
+#error "The core includes no toolkit: a display is reached through Platform/."
