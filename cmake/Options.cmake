@@ -5,7 +5,7 @@ target_compile_options(marrowick-options INTERFACE
     -Wextra
     -Wpedantic
     -Wconversion
-    -Wshadow=local
+    $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
     -Wnon-virtual-dtor
     -Woverloaded-virtual
     -Wsuggest-override
