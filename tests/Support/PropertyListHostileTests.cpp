@@ -7,6 +7,7 @@
 #include <cctype>
 #include <fstream>
 #include <numeric>
+#include <ostream>
 #include <random>
 #include <string>
 #include <vector>
@@ -153,6 +154,11 @@ struct Hostile {
     /// Makes bytes of about the given size.
     std::string (*make)(std::size_t size);
 };
+
+void PrintTo(Hostile const& hostile, std::ostream* out)
+{
+    *out << hostile.what;
+}
 
 std::string binaryOfNestedArrays(std::size_t size)
 {
