@@ -34,13 +34,22 @@ Order listingOrder(std::vector<Entry> const& entries)
     return order;
 }
 
-void rearrange(std::vector<Entry>& entries, Order const& order)
+/// Moves the entry at `order[i]` to position i, one cycle of places after the other: a second list of entries would
+/// cost more than the moves do.
+void rearrange(std::vector<Entry>& entries, Order order)
 {
-    std::vector<Entry> rearranged;
-    rearranged.reserve(entries.size());
-    for (auto const index : order)
-        rearranged.push_back(std::move(entries[index]));
-    entries = std::move(rearranged);
+    for (std::size_t start = 0; start < order.size(); ++start) {
+        if (order[start] == start)
+            continue;
+        auto displaced = std::move(entries[start]);
+        auto place = start;
+        while (order[place] != start) {
+            entries[place] = std::move(entries[order[place]]);
+            place = std::exchange(order[place], place);
+        }
+        entries[place] = std::move(displaced);
+        order[place] = place;
+    }
 }
 
 using Ranks = std::unordered_map<std::string_view, std::size_t>;
@@ -155,7 +164,7 @@ void ItemsFolderScanner::applyExplicitOrder(std::vector<Entry>& entries, FileURL
     auto order = listingOrder(entries);
     std::stable_sort(
         order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return rankOfEntry[a] < rankOfEntry[b]; });
-    rearrange(entries, order);
+    rearrange(entries, std::move(order));
 }
 
 void ItemsFolderScanner::sort(std::vector<Entry>& entries, FileURL const& folder)

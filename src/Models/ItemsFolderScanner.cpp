@@ -72,23 +72,27 @@ std::optional<MenuNodeKind> kindFromCodes(SuffixCodes codes)
     return std::nullopt;
 }
 
-bool isFolderItself(FileURL const& url, std::optional<bool> isDirectory)
+bool isFolderItself(FileURL const& url, ResourceValues const& values)
 {
-    return isDirectory.value_or(false) && !IconLoader::isPackageOrApp(url);
+    if (!values.isDirectory.value_or(false))
+        return false;
+    return !(values.isApplication ? *values.isApplication : IconLoader::isPackageOrApp(url));
 }
 
 /// Whether the item is shown as a submenu; an alias is what it leads to.
 bool isFolder(ListedItem const& item)
 {
     if (!item.values.isAliasFile.value_or(false))
-        return isFolderItself(item.url, item.values.isDirectory);
-    // Most aliases lead to files, for which the way there need not be found.
+        return isFolderItself(item.url, item.values);
+    // The listing tells what most aliases lead to, so that the way there need not be found.
     if (item.values.aliasTargetIsDirectory == false)
         return false;
+    if (item.values.aliasTargetIsDirectory && item.values.isApplication)
+        return !*item.values.isApplication;
     auto const& fileManager = *platform().fileManager;
     auto const resolved = fileManager.resolvingAlias(item.url);
     auto const& target = resolved ? resolved.value() : item.url;
-    return isFolderItself(target, fileManager.resourceValues(target, ResourceKey::isDirectory).isDirectory);
+    return isFolderItself(target, fileManager.resourceValues(target, ResourceKey::isDirectory));
 }
 
 void trimTitle(std::string& title, TitleRules rules)
@@ -133,27 +137,33 @@ void appendEntry(std::vector<Entry>& entries, ListedItem& item, MenuContext cons
 
 ResourceKeys keysForListing()
 {
-    auto keys = ResourceKey::isDirectory | ResourceKey::isAliasFile | ResourceKey::aliasTargetIsDirectory;
+    auto keys = ResourceKey::isDirectory | ResourceKey::isAliasFile | ResourceKey::aliasTargetIsDirectory
+        | ResourceKey::directoryIsApplication;
     if (Preferences::shared().sortMode() == SortMode::dateModified)
         keys = keys | ResourceKey::contentModificationDate;
     return keys;
 }
 
-}
-
-std::vector<MenuNode> ItemsFolderScanner::children(FileURL const& of, MenuContext const& context, bool)
+/// The entries that the folder shows, in listing order.
+std::vector<Entry> listedEntries(FileURL const& folder, MenuContext const& context)
 {
-    auto listing = platform().fileManager->contentsOfDirectory(of, keysForListing(), HiddenItems::skipped);
+    auto listing = platform().fileManager->contentsOfDirectory(folder, keysForListing(), HiddenItems::skipped);
     if (!listing)
         return {};
-
     TitleRules const rules { Preferences::shared().tossDotAppExtension(),
         Preferences::shared().tossDotScptExtension() };
     std::vector<Entry> entries;
     entries.reserve(listing.value().size());
     for (auto& item : listing.value())
         appendEntry(entries, item, context, rules);
+    return entries;
+}
 
+}
+
+std::vector<MenuNode> ItemsFolderScanner::children(FileURL const& of, MenuContext const& context, bool)
+{
+    auto entries = listedEntries(of, context);
     applyExplicitOrder(entries, of);
     sort(entries, of);
 

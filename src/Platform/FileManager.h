@@ -20,6 +20,9 @@ enum class ResourceKey : std::uint8_t {
     contentModificationDate = 8,
     /// Only for an alias: whether what it leads to is a directory.
     aliasTargetIsDirectory = 16,
+    /// `isApplication`, but only for a directory and for an alias that leads to one: of other items it may have to be
+    /// read from their content.
+    directoryIsApplication = 32,
 };
 
 class ResourceKeys {
