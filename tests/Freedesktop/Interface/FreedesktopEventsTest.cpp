@@ -1,6 +1,6 @@
 #include "Freedesktop/Interface/FreedesktopEvents.h"
 
-#include <QProcess>
+#include "Freedesktop/Interface/SessionSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -44,35 +44,22 @@ TEST(FreedesktopEventsTest, TheEndOfAScopeBringsThePreviousEventBack)
     EXPECT_FALSE(events.currentEvent());
 }
 
-class HeldKey {
-public:
-    explicit HeldKey(char const* name)
-        : name_(QLatin1String(name))
-    {
-        QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("keydown"), name_ });
-    }
-    ~HeldKey() { QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("keyup"), name_ }); }
-
-private:
-    QString name_;
-};
-
 TEST(FreedesktopEventsTest, HeldKeysAreSeenWithoutAWindowOfTheProgram)
 {
     FreedesktopEvents events;
     EXPECT_EQ(events.modifierFlags(), ModifierFlags());
     {
-        HeldKey shift("Shift_L");
+        HeldKey shift(QStringLiteral("Shift_L"));
         EXPECT_EQ(events.modifierFlags(), modifier::shift);
-        HeldKey super("Super_L");
+        HeldKey super(QStringLiteral("Super_L"));
         EXPECT_EQ(events.modifierFlags(), modifier::shift | modifier::command);
     }
     {
-        HeldKey alt("Alt_L");
+        HeldKey alt(QStringLiteral("Alt_L"));
         EXPECT_EQ(events.modifierFlags(), modifier::option);
     }
     {
-        HeldKey control("Control_L");
+        HeldKey control(QStringLiteral("Control_L"));
         EXPECT_EQ(events.modifierFlags(), modifier::control);
     }
     EXPECT_EQ(events.modifierFlags(), ModifierFlags());

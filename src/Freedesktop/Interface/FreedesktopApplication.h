@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Freedesktop/Interface/QuitSignals.h"
+#include "Platform/Application.h"
+#include "Platform/Log.h"
+
+#include <QApplication>
+#include <QVariantMap>
+
+#include <memory>
+
+namespace marrowick {
+
+class FreedesktopEvents;
+
+/// The program as a Qt application that owns the bus name `org.marrowick.Marrowick`.
+class FreedesktopApplication : public Application {
+public:
+    /// Connects to the display. Without one the process ends with status 1 after one line in the log. `argc` and what
+    /// else is passed must outlive the object.
+    FreedesktopApplication(int& argc, char** argv, FreedesktopEvents& events, Log& log);
+    ~FreedesktopApplication() override;
+
+    std::optional<std::string> bundleIdentifier() const override;
+    bool claimSingleInstance() override;
+    void setReopenHandler(std::function<void()> handler) override;
+    void setAccessoryActivationPolicy() override;
+    void run(std::function<void()> didFinishLaunching) override;
+    void terminate() override;
+
+private:
+    void askForReopen();
+    void reopenIfAsked();
+
+    FreedesktopEvents& events_;
+    Log& log_;
+    /// What tells a desktop which start of the program a window answers.
+    QVariantMap startupData_;
+    std::unique_ptr<QApplication> application_;
+    /// The exported object, and the context of queued calls: none arrives after its end.
+    QObject object_;
+    QuitSignals quitSignals_;
+    std::function<void()> reopenHandler_;
+    bool isAskedToReopen_ = false;
+    bool hasLaunched_ = false;
+    bool isTerminated_ = false;
+};
+
+}

@@ -1,0 +1,77 @@
+#include "Freedesktop/Interface/FreedesktopDispatch.h"
+
+#include <QPointer>
+#include <QThread>
+#include <QTimer>
+
+#include <sched.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace marrowick {
+
+namespace {
+
+constexpr int backgroundThreads = 2;
+constexpr int backgroundNiceness = 10;
+
+/// On Linux both are properties of the thread. Where they are refused the work is done all the same.
+void lowerPriorityOfThisThread()
+{
+    sched_param const parameters {};
+    sched_setscheduler(0, SCHED_BATCH, &parameters);
+    setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), backgroundNiceness);
+}
+
+}
+
+FreedesktopDispatch::FreedesktopDispatch()
+{
+    background_.setMaxThreadCount(backgroundThreads);
+}
+
+FreedesktopDispatch::~FreedesktopDispatch()
+{
+    background_.clear();
+    background_.waitForDone();
+}
+
+bool FreedesktopDispatch::isMainThread() const
+{
+    return QThread::currentThread() == mainThread_.thread();
+}
+
+void FreedesktopDispatch::onMainThread(std::function<void()> work)
+{
+    QMetaObject::invokeMethod(&mainThread_, std::move(work), Qt::QueuedConnection);
+}
+
+void FreedesktopDispatch::inBackground(std::function<void()> work)
+{
+    background_.start([work = std::move(work)] {
+        // The pool's threads run nothing else.
+        thread_local bool isPrepared = false;
+        if (!std::exchange(isPrepared, true))
+            lowerPriorityOfThisThread();
+        work();
+    });
+}
+
+Subscription FreedesktopDispatch::repeatingTimer(std::chrono::milliseconds interval, std::function<void()> handler)
+{
+    auto* timer = new QTimer(&mainThread_);
+    timer->setTimerType(Qt::CoarseTimer);
+    QObject::connect(timer, &QTimer::timeout, [handler = std::move(handler)] { handler(); });
+    timer->start(interval);
+    return Subscription([timer = QPointer(timer)] {
+        if (!timer)
+            return;
+        timer->stop();
+        // The end may come from inside the handler, which the timer holds.
+        timer->deleteLater();
+    });
+}
+
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Platform/Dispatch.h"
+
+#include <QObject>
+#include <QThreadPool>
+
+namespace marrowick {
+
+/// Qt's event loop as the main thread's queue, and threads of low priority beside it.
+///
+/// Its end waits for background tasks that run; those that have not begun, and what was posted to the main thread, are
+/// dropped.
+class FreedesktopDispatch : public Dispatch {
+public:
+    /// Made on the main thread, after the application.
+    FreedesktopDispatch();
+    ~FreedesktopDispatch() override;
+
+    bool isMainThread() const override;
+    void onMainThread(std::function<void()> work) override;
+    void inBackground(std::function<void()> work) override;
+    Subscription repeatingTimer(std::chrono::milliseconds interval, std::function<void()> handler) override;
+
+private:
+    QObject mainThread_;
+    QThreadPool background_;
+};
+
+}
