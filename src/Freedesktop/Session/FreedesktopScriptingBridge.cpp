@@ -17,6 +17,10 @@ struct Overloaded : Functions... {
     using Functions::operator()...;
 };
 
+// Clang before 17 does not find it by itself.
+template<typename... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
 }
 
 FreedesktopScriptingBridge::FreedesktopScriptingBridge(std::shared_ptr<XConnection> connection)
