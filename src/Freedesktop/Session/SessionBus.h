@@ -3,6 +3,7 @@
 #include "Freedesktop/Session/GLibOwners.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace marrowick {
@@ -33,11 +34,14 @@ public:
     /// Where the call failed the answer is null.
     using Done = std::function<void(GVariant* answer, GError const* error)>;
 
-    /// Calls `done` once, later.
+    /// Calls `done` once, later. Calls reach the bus in the order in which they are made.
     void call(BusCall call, Done done);
 
 private:
-    GObjectOwner<GCancellable> cancellable_;
+    struct State;
+    struct PendingCall;
+
+    std::shared_ptr<State> state_;
 };
 
 }

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace marrowick {
 
 namespace {
@@ -15,6 +17,11 @@ struct ExpansionRow {
     std::optional<std::string> file;
     Words command;
 };
+
+void PrintTo(ExpansionRow const& row, std::ostream* stream)
+{
+    *stream << row.exec;
+}
 
 class ExecLineExpansion : public testing::TestWithParam<ExpansionRow> { };
 

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace marrowick {
+
+/// A call that reached the service.
+struct RecordedCall {
+    std::string method;
+    std::vector<std::string> uris;
+    std::string startupID;
+    friend bool operator==(RecordedCall const&, RecordedCall const&) = default;
+};
+
+/// A program on the session bus, on a connection and a thread of its own, that has the file manager's interface and
+/// the one of applications at every path.
+class TestFileManager {
+public:
+    enum class Behaviour {
+        answers,
+        refuses,
+        keepsSilent,
+    };
+
+    explicit TestFileManager(
+        Behaviour behaviour = Behaviour::answers, std::string name = "org.freedesktop.FileManager1");
+    ~TestFileManager();
+    TestFileManager(TestFileManager const&) = delete;
+    TestFileManager& operator=(TestFileManager const&) = delete;
+
+    std::vector<RecordedCall> calls();
+
+private:
+    static GDBusMessage* filter(GDBusConnection* connection, GDBusMessage* message, gboolean incoming, void* self);
+    void handle(GDBusConnection* connection, GDBusMessage* message);
+
+    Behaviour behaviour_;
+    std::mutex mutex_;
+    std::vector<RecordedCall> calls_;
+    GDBusConnection* connection_ = nullptr;
+};
+
+/// Calls a method of the bus itself and waits for it.
+void callBus(char const* method, GVariant* arguments);
+
+}
