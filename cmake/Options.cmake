@@ -1,5 +1,5 @@
-# What every target of the project is compiled with. GCC 12 sees overlapping copies in sound joins of strings
-# (https://gcc.gnu.org/bugzilla/show_bug.cgi?id=105651).
+# What every target of the project is compiled with. Where GCC 12 optimises it sees overlapping copies in sound joins of
+# strings (https://gcc.gnu.org/bugzilla/show_bug.cgi?id=105651) and unset strings in records that are being made.
 add_library(marrowick-options INTERFACE)
 target_compile_options(marrowick-options INTERFACE
     -Wall
@@ -9,6 +9,7 @@ target_compile_options(marrowick-options INTERFACE
     $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
     -Wnon-virtual-dtor
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-maybe-uninitialized>
     -Woverloaded-virtual
     -Wsuggest-override
     -Werror)
