@@ -23,13 +23,10 @@ constexpr char const* objectPath = "/org/marrowick/Marrowick";
 constexpr char const* platformVariable = "QT_QPA_PLATFORM";
 constexpr std::chrono::milliseconds patienceWithOtherInstance { 3000 };
 
-bool isDisplayReachable()
-{
-    auto* connection = xcb_connect(nullptr, nullptr);
-    bool const isReachable = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return isReachable;
-}
+struct DisconnectXcb {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using XcbConnection = std::unique_ptr<xcb_connection_t, DisconnectXcb>;
 
 /// Takes what the environment says of this start out of it, so that started programs do not take it for theirs.
 QVariantMap takeStartupData()
@@ -47,9 +44,15 @@ QVariantMap takeStartupData()
 std::unique_ptr<QApplication> makeApplication(int& argc, char** argv, Log& log)
 {
     auto const chosen = qgetenv(platformVariable);
-    if ((chosen.isEmpty() || chosen.startsWith("xcb")) && !isDisplayReachable()) {
-        log.write("Marrowick: there is no display that can be reached");
-        std::exit(EXIT_FAILURE);
+    // Tried before the toolkit tries, which aborts where it fails, and held until the toolkit has connected: a server
+    // may start over when its only client leaves.
+    XcbConnection connection;
+    if (chosen.isEmpty() || chosen.startsWith("xcb")) {
+        connection.reset(xcb_connect(nullptr, nullptr));
+        if (xcb_connection_has_error(connection.get()) != 0) {
+            log.write("Marrowick: there is no display that can be reached");
+            std::exit(EXIT_FAILURE);
+        }
     }
     if (chosen.isEmpty())
         qputenv(platformVariable, "xcb");

@@ -7,6 +7,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QProcessEnvironment>
+#include <QRegularExpression>
 
 #include <gmock/gmock.h>
 
@@ -185,6 +186,23 @@ TEST_F(FreedesktopApplicationTest, WithoutADisplayItEndsWithStatusOneAndOneLine)
         EXPECT_EQ(program.exitStatus(), 1);
         EXPECT_EQ(program.output(), "Marrowick: there is no display that can be reached\n");
     }
+}
+
+TEST_F(FreedesktopApplicationTest, OnlyClientOfAnXServerConnectsAndEndsWithTheServer)
+{
+    // Without "-noreset" the server starts over whenever its last client has left.
+    TestProcess server(QStringLiteral("Xvfb"),
+        { QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-nolisten"), QStringLiteral("tcp") });
+    QRegularExpression const number(QStringLiteral("^(\\d+)\n"), QRegularExpression::MultilineOption);
+    auto const told = [&] { return number.match(QString::fromStdString(server.output())); };
+    ASSERT_TRUE(waitFor([&] { return told().hasMatch(); }));
+    qputenv("DISPLAY", ":" + told().captured(1).toLatin1());
+    Program program;
+    ASSERT_TRUE(program.waitForOutput("handler set")) << program.output();
+    server.process().terminate();
+    ASSERT_TRUE(program.waitForEnd());
+    EXPECT_EQ(program.process().exitStatus(), QProcess::NormalExit) << program.output();
+    EXPECT_FALSE(isNameOwned());
 }
 
 }
