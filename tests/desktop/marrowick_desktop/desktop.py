@@ -72,18 +72,16 @@ class Window:
         self.window.set_wm_hints(flags=Xutil.InputHint | Xutil.StateHint, input=1, initial_state=Xutil.NormalState)
         self.window.map()
         self.display.sync()
-
-    @property
-    def id(self):
-        return self.window.id
+        self.id = self.window.id
 
     def activate(self, screen):
         """Makes it the active window, the way a taskbar does it."""
-        wait_for(lambda: self._is_listed(screen), "the window manager to know the window")
+        wait_for(lambda: self.is_listed(screen), "the window manager to know the window")
         subprocess.run(["wmctrl", "-i", "-a", hex(self.id)], check=True, timeout=30)
         screen.wait_for_active(self.id)
 
-    def _is_listed(self, screen):
+    def is_listed(self, screen):
+        """Whether the window manager has the window among its own."""
         listed = screen.property(screen.root, "_NET_CLIENT_LIST")
         return listed is not None and self.id in listed
 

@@ -77,7 +77,7 @@ class Trayer(Host):
 
     def command(self):
         return ["trayer", "--edge", self.edge, "--align", self.align, "--widthtype", "request",
-                "--heighttype", "pixel", "--height", "26", "--SetDockType", "true", "--expand", "true"]
+                "--heighttype", "pixel", "--height", "26", "--SetDockType", "true", "--SetPartialStrut", "true"]
 
     def is_ready(self):
         return self.screen.owner("_NET_SYSTEM_TRAY_S0") is not None

@@ -29,6 +29,9 @@ class Menu:
     def __init__(self, accessible):
         self.accessible = accessible
 
+    def __eq__(self, other):
+        return isinstance(other, Menu) and self.accessible == other.accessible
+
     def title(self):
         return self.accessible.name()
 
@@ -72,13 +75,14 @@ class Menus:
         self.bus = bus
         self.pid = pid
         self.screen = screen
+        self._application = None
 
     def open_menus(self):
+        self._application = self._application or self.bus.application(self.pid)
+        if self._application is None:
+            return []
         try:
-            application = self.bus.application(self.pid)
-            if application is None:
-                return []
-            return [Menu(child) for child in application.children()
+            return [Menu(child) for child in self._application.children()
                     if child.role() == "popup menu" and "showing" in child.states()]
         except Gone:
             return []

@@ -80,6 +80,7 @@ class Marrowick(Process):
 
     def __init__(self, log, environment=None, prefix=()):
         super().__init__([*prefix, self.path()], log, environment)
+        self.has_stopped = False
 
     def check_log(self):
         match = CRASH.search(self.log())
@@ -87,7 +88,10 @@ class Marrowick(Process):
             raise AssertionError(f"the program reported {match.group()!r}:\n{self.log()}")
 
     def stop(self):
-        """Ends the program by SIGTERM; fails unless it ends cleanly with status 0."""
+        """Ends the program by SIGTERM; fails unless it ends cleanly with status 0. Once is enough."""
+        if self.has_stopped:
+            return
+        self.has_stopped = True
         ended_before = not self.runs()
         status = self.terminate()
         self.check_log()

@@ -76,11 +76,12 @@ class FileManagerService:
         interface = Gio.DBusNodeInfo.new_for_xml(FILE_MANAGER).interfaces[0]
         self.registration = self.connection.register_object("/org/freedesktop/FileManager1", interface,
                                                             self._called, None, None)
-        self._bus("RequestName", GLib.Variant("(su)", (self.name, 4)))
+        do_not_queue, primary_owner = 4, 1
+        assert self._bus("RequestName", GLib.Variant("(su)", (self.name, do_not_queue))) == primary_owner
 
     def _bus(self, method, arguments):
-        self.connection.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
-                                  arguments, None, Gio.DBusCallFlags.NONE, 5000, None)
+        return self.connection.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                                         method, arguments, None, Gio.DBusCallFlags.NONE, 5000, None).unpack()[0]
 
     def _called(self, _connection, _sender, _path, _interface, method, arguments, invocation):
         self.calls.append((method, list(arguments.unpack()[0])))

@@ -86,13 +86,24 @@ class Screen:
         return self._mapped(belongs)
 
     def popups(self):
-        """All mapped windows that go past the window manager, as menus do."""
-        return [window for window in self._mapped(lambda window: window.get_attributes().override_redirect)
-                if not self.is_embedded(window)]
+        """The mapped windows that go past the window manager, as menus do."""
+        found = []
+        for window in self.root.query_tree().children:
+            try:
+                state = window.get_attributes()
+                shape = window.get_geometry()
+            except error.XError:
+                continue
+            # A window manager keeps small windows of its own out of sight.
+            if state.override_redirect and state.map_state == X.IsViewable and min(shape.width, shape.height) > 10:
+                found.append(window)
+        return found
 
     def popups_of(self, pid):
-        mine = {window.id for window in self.windows_of(pid)}
-        return [window for window in self.popups() if window.id in mine]
+        """The menus of a process that has another mapped window, such as an icon: they come from the same client."""
+        mask = self.display.display.info.resource_id_mask
+        clients = {window.id & ~mask for window in self.windows_of(pid)}
+        return [window for window in self.popups() if window.id & ~mask in clients]
 
     def _mapped(self, accepts):
         """The mapped windows at any depth that `accepts` is true for."""
@@ -112,8 +123,8 @@ class Screen:
         return found
 
     def is_embedded(self, window):
-        """Whether the window sits in another program's window by the XEmbed rules."""
-        return self.property(window, "_XEMBED_INFO") is not None
+        """Whether the window sits in another program's window that is no window manager's frame."""
+        return window.query_tree().parent != self.root and self.property(window, "WM_STATE") is None
 
     def area(self, window):
         try:
