@@ -1,0 +1,154 @@
+#include "Freedesktop/Files/DirectoryListing.h"
+
+#include "Freedesktop/Files/FileDescriptor.h"
+#include "Freedesktop/Files/FileErrors.h"
+#include "Freedesktop/Files/HiddenNames.h"
+#include "Freedesktop/Files/ItemValues.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <string_view>
+#include <sys/stat.h>
+#include <system_error>
+#include <thread>
+
+namespace marrowick {
+
+namespace {
+
+constexpr char what[] = "Could not list the folder";
+
+/// Large enough that a folder of usual size is read in one call, small enough for the heap's own pages.
+constexpr std::size_t bufferSize = 96 * 1024;
+
+/// Starting a thread takes as long as asking for some dozens of dates.
+constexpr std::size_t fewestItemsForThread = 1000;
+
+class DirectoryReader {
+public:
+    DirectoryReader(int directory, std::string const& path, ResourceKeys keys, HiddenItems hidden)
+        : directory_(directory)
+        , prefix_(path.back() == '/' ? path : path + '/')
+        , keys_(keys)
+        , hidden_(hidden)
+    {
+    }
+
+    /// Makes room for what a folder of this size in bytes may hold, so that the list need not move while it grows: an
+    /// entry takes 20 bytes at least, and room that stays unused costs nothing.
+    void reserveForSize(off_t size)
+    {
+        constexpr off_t mostEntries = 64 * 1024;
+        items_.reserve(static_cast<std::size_t>(std::clamp<off_t>(size / 20, 0, mostEntries)));
+    }
+
+    /// Zero, or the number of the error that ended the reading.
+    int read()
+    {
+        std::unique_ptr<char[]> const buffer(new char[bufferSize]);
+        for (;;) {
+            auto const count = ::getdents64(directory_, buffer.get(), bufferSize);
+            if (count < 0 && errno != EINTR)
+                return errno;
+            if (count == 0)
+                return 0;
+            for (ssize_t position = 0; position < count;) {
+                auto const* entry = reinterpret_cast<dirent64 const*>(buffer.get() + position);
+                position += entry->d_reclen;
+                add(entry->d_name, entry->d_type);
+            }
+        }
+    }
+
+    /// Reads the values of the items read so far, those of many items on two threads when each of them costs a system
+    /// call.
+    void readValues()
+    {
+        auto const count = items_.size();
+        bool const isWorthThread
+            = count >= fewestItemsForThread && keys_.contains(ResourceKey::contentModificationDate);
+        auto const middle = isWorthThread ? count / 2 : 0;
+        std::thread firstHalf;
+        try {
+            if (isWorthThread)
+                firstHalf = std::thread([this, middle] { readValues(0, middle); });
+        } catch (std::system_error const&) {
+            readValues(0, middle);
+        }
+        readValues(middle, count);
+        if (firstHalf.joinable())
+            firstHalf.join();
+    }
+
+    std::vector<ListedItem> takeItems()
+    {
+        if (hasHiddenNamesFile_)
+            removeHiddenNames(directory_, items_);
+        return std::move(items_);
+    }
+
+private:
+    void add(char const* name, unsigned char type)
+    {
+        if (name[0] == '.' && !acceptsDotName(name))
+            return;
+        auto const kind = itemKindOfEntry(type);
+        auto const length = std::strlen(name);
+        std::string path;
+        path.reserve(prefix_.size() + length);
+        path.append(prefix_).append(name, length);
+        items_.push_back({ FileURL(std::move(path), kind == ItemKind::directory), {} });
+        kinds_.push_back(kind);
+    }
+
+    void readValues(std::size_t begin, std::size_t end)
+    {
+        for (auto index = begin; index < end; ++index) {
+            auto& item = items_[index];
+            // The name is the end of the path, so a zero byte follows it.
+            auto const* name = item.url.lastPathComponent().data();
+            item.values = readResourceValues({ directory_, name, item.url.path() }, kinds_[index], keys_);
+        }
+    }
+
+    bool acceptsDotName(char const* name)
+    {
+        if (hidden_ == HiddenItems::included)
+            return std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0;
+        if (std::strcmp(name, hiddenNamesFile) == 0)
+            hasHiddenNamesFile_ = true;
+        return false;
+    }
+
+    int directory_;
+    std::string prefix_;
+    ResourceKeys keys_;
+    HiddenItems hidden_;
+    bool hasHiddenNamesFile_ = false;
+    std::vector<ListedItem> items_;
+    std::vector<ItemKind> kinds_;
+};
+
+}
+
+Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, ResourceKeys keys, HiddenItems hidden)
+{
+    if (!isSystemPath(directory) || directory.path().empty())
+        return fileError(ENOENT, what, directory);
+    FileDescriptor const open(::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    if (!open.isOpen())
+        return fileError(errno, what, directory);
+    DirectoryReader reader(open.get(), directory.path(), keys, hidden);
+    if (struct stat status {}; ::fstat(open.get(), &status) == 0)
+        reader.reserveForSize(status.st_size);
+    if (int const number = reader.read())
+        return fileError(number, what, directory);
+    reader.readValues();
+    return reader.takeItems();
+}
+
+}

@@ -1,0 +1,39 @@
+#include "Freedesktop/Files/FreedesktopFileContents.h"
+
+#include "Freedesktop/Files/FileErrors.h"
+#include "Freedesktop/Files/RegularFile.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <utility>
+
+namespace marrowick {
+
+namespace {
+
+Error readError(ReadError const& error, FileURL const& url)
+{
+    switch (error.failure) {
+    case ReadFailure::system:
+        break;
+    case ReadFailure::notRegularFile:
+        return { ErrorKind::notRegularFile, quotedName(url) + " is not a regular file." };
+    case ReadFailure::tooLarge:
+        return { ErrorKind::tooLarge, quotedName(url) + " is too large." };
+    }
+    return fileError(error.number, "Could not read", url);
+}
+
+}
+
+Result<std::string> FreedesktopFileContents::read(FileURL const& url, std::size_t limit) const
+{
+    if (!isSystemPath(url))
+        return fileError(ENOENT, "Could not read", url);
+    auto content = readRegularFile(AT_FDCWD, url.path().c_str(), limit);
+    if (auto* error = std::get_if<ReadError>(&content))
+        return readError(*error, url);
+    return std::get<std::string>(std::move(content));
+}
+
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Platform/FileContents.h"
+
+namespace marrowick {
+
+class FreedesktopFileContents final : public FileContents {
+public:
+    Result<std::string> read(FileURL const& url, std::size_t limit) const override;
+};
+
+}

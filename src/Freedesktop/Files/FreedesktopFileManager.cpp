@@ -1,0 +1,131 @@
+#include "Freedesktop/Files/FreedesktopFileManager.h"
+
+#include "Freedesktop/Files/DirectoryListing.h"
+#include "Freedesktop/Files/FileErrors.h"
+#include "Freedesktop/Files/FileTimes.h"
+#include "Freedesktop/Files/ItemValues.h"
+#include "Freedesktop/Files/MountedVolumes.h"
+#include "Freedesktop/Files/StandardDirectories.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+
+namespace marrowick {
+
+namespace {
+
+/// The item's status, links followed; absent when there is none.
+std::optional<struct stat> statusOf(FileURL const& url)
+{
+    struct stat status { };
+    if (!isSystemPath(url) || ::fstatat(AT_FDCWD, url.path().c_str(), &status, AT_NO_AUTOMOUNT) != 0)
+        return std::nullopt;
+    return status;
+}
+
+bool isDirectory(FileURL const& url)
+{
+    auto const status = statusOf(url);
+    return status && S_ISDIR(status->st_mode);
+}
+
+Error creationError(int number, FileURL const& url)
+{
+    auto error = fileError(number, "Could not create the folder", url);
+    // An item that is no folder stands in the way, at the last name or before it.
+    if (number == ENOTDIR)
+        error.kind = ErrorKind::alreadyExists;
+    return error;
+}
+
+/// The start of `path` that ends before the slash at or after `position`, and the whole path when there is none.
+std::size_t endOfComponent(std::string const& path, std::size_t position)
+{
+    auto const slash = path.find('/', path.find_first_not_of('/', position));
+    return slash == std::string::npos ? path.size() : slash;
+}
+
+}
+
+Result<std::vector<ListedItem>> FreedesktopFileManager::contentsOfDirectory(
+    FileURL const& directory, ResourceKeys keys, HiddenItems hidden) const
+{
+    return listDirectory(directory, keys, hidden);
+}
+
+ResourceValues FreedesktopFileManager::resourceValues(FileURL const& url, ResourceKeys keys) const
+{
+    if (!isSystemPath(url))
+        return {};
+    return readResourceValues({ AT_FDCWD, url.path().c_str(), url.path() }, ItemKind::unknown, keys);
+}
+
+bool FreedesktopFileManager::fileExists(FileURL const& url) const
+{
+    return statusOf(url).has_value();
+}
+
+std::optional<FileIdentity> FreedesktopFileManager::identity(FileURL const& url) const
+{
+    auto const status = statusOf(url);
+    if (!status)
+        return std::nullopt;
+    return FileIdentity { .device = status->st_dev,
+        .inode = status->st_ino,
+        .size = static_cast<std::uint64_t>(status->st_size),
+        .modified = fileTime(status->st_mtim) };
+}
+
+Result<void> FreedesktopFileManager::createDirectory(FileURL const& url) const
+{
+    auto const& path = url.path();
+    if (path.empty() || !isSystemPath(url))
+        return creationError(ENOENT, url);
+    if (isDirectory(url))
+        return {};
+    std::size_t end = 0;
+    do {
+        end = endOfComponent(path, end);
+        FileURL const level(path.substr(0, end));
+        if (::mkdir(level.path().c_str(), 0777) == 0)
+            continue;
+        int const number = errno;
+        if (!isDirectory(level))
+            return creationError(number, url);
+    } while (end < path.size());
+    return {};
+}
+
+Result<FileURL> FreedesktopFileManager::resolvingAlias(FileURL const& url) const
+{
+    constexpr char what[] = "Could not resolve";
+    if (!isSystemPath(url))
+        return fileError(ENOENT, what, url);
+    std::unique_ptr<char, decltype(&std::free)> const path(::realpath(url.path().c_str(), nullptr), std::free);
+    if (!path)
+        return fileError(errno, what, url);
+    return FileURL(path.get());
+}
+
+std::vector<FileURL> FreedesktopFileManager::urls(StandardDirectory directory) const
+{
+    return { FileURL(standardDirectoryPath(directory), true) };
+}
+
+FileURL FreedesktopFileManager::homeDirectory() const
+{
+    return FileURL(homePath(), true);
+}
+
+std::optional<std::vector<FileURL>> FreedesktopFileManager::mountedVolumes() const
+{
+    std::vector<FileURL> urls;
+    for (auto& path : shownVolumes(currentMounts(), currentViewer()))
+        urls.emplace_back(std::move(path), true);
+    return urls;
+}
+
+}

@@ -1,0 +1,82 @@
+#include "Freedesktop/Files/ItemValues.h"
+
+#include "Freedesktop/Files/ApplicationTest.h"
+#include "Freedesktop/Files/FileTimes.h"
+
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace marrowick {
+
+namespace {
+
+ItemKind itemKindOfMode(unsigned mode)
+{
+    if (S_ISREG(mode))
+        return ItemKind::regularFile;
+    if (S_ISDIR(mode))
+        return ItemKind::directory;
+    return S_ISLNK(mode) ? ItemKind::link : ItemKind::other;
+}
+
+std::optional<bool> leadsToDirectory(ItemPlace const& place)
+{
+    struct statx target { };
+    if (::statx(place.directory, place.name, AT_NO_AUTOMOUNT, STATX_TYPE, &target) == 0)
+        return S_ISDIR(target.stx_mode);
+    if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP)
+        return false;
+    return std::nullopt;
+}
+
+}
+
+ItemKind itemKindOfEntry(unsigned char entryType)
+{
+    switch (entryType) {
+    case DT_UNKNOWN:
+        return ItemKind::unknown;
+    case DT_REG:
+        return ItemKind::regularFile;
+    case DT_DIR:
+        return ItemKind::directory;
+    case DT_LNK:
+        return ItemKind::link;
+    }
+    return ItemKind::other;
+}
+
+ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
+{
+    ResourceValues values;
+    bool const wantsDate = keys.contains(ResourceKey::contentModificationDate);
+    if (wantsDate || kind == ItemKind::unknown) {
+        unsigned const mask = (wantsDate ? STATX_MTIME : 0U) | (kind == ItemKind::unknown ? STATX_TYPE : 0U);
+        struct statx status { };
+        bool const isRead
+            = ::statx(place.directory, place.name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, mask, &status) == 0;
+        if (isRead && wantsDate && (status.stx_mask & STATX_MTIME))
+            values.contentModificationDate = fileTime(status.stx_mtime);
+        if (isRead && kind == ItemKind::unknown)
+            kind = itemKindOfMode(status.stx_mode);
+    }
+    if (kind == ItemKind::unknown)
+        return values;
+
+    if (keys.contains(ResourceKey::isDirectory))
+        values.isDirectory = kind == ItemKind::directory;
+    if (keys.contains(ResourceKey::isAliasFile))
+        values.isAliasFile = kind == ItemKind::link;
+    if (kind == ItemKind::link
+        && (keys.contains(ResourceKey::aliasTargetIsDirectory) || keys.contains(ResourceKey::directoryIsApplication)))
+        values.aliasTargetIsDirectory = leadsToDirectory(place);
+    bool const isOrLeadsToDirectory = kind == ItemKind::directory || values.aliasTargetIsDirectory.value_or(false);
+    if (keys.contains(ResourceKey::isApplication)
+        || (keys.contains(ResourceKey::directoryIsApplication) && isOrLeadsToDirectory))
+        values.isApplication = isApplication(place.path, kind);
+    return values;
+}
+
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+
+#include <optional>
+#include <string>
+
+namespace marrowick {
+
+/// What kind of item a name stands for; the name itself, without following a link.
+enum class ItemKind : std::uint8_t {
+    unknown,
+    regularFile,
+    directory,
+    link,
+    other,
+};
+
+/// The kind that a directory entry of type `DT_...` tells.
+ItemKind itemKindOfEntry(unsigned char entryType);
+
+/// Where an item is: `name` as seen from `directory` (or AT_FDCWD), and its whole path.
+struct ItemPlace {
+    int directory;
+    char const* name;
+    std::string const& path;
+};
+
+/// The values of an item that `keys` name. `kind` is what is known of it beforehand; the disk is asked only for what
+/// that does not tell.
+ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, ResourceKeys keys);
+
+}

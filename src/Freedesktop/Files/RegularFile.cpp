@@ -1,0 +1,61 @@
+#include "Freedesktop/Files/RegularFile.h"
+
+#include "Freedesktop/Files/FileDescriptor.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace marrowick {
+
+namespace {
+
+constexpr std::size_t smallestRoom = 4096;
+
+std::variant<std::string, ReadError> readAll(int file, std::size_t sizeAtOpen, std::size_t limit)
+{
+    std::string content;
+    std::size_t filled = 0;
+    // One byte of room past the size seen at opening tells the end of the file from a file that grows.
+    content.resize(std::min(sizeAtOpen, limit) + 1);
+    for (;;) {
+        auto const count = ::read(file, content.data() + filled, content.size() - filled);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return ReadError { ReadFailure::system, errno };
+        if (count == 0)
+            break;
+        filled += static_cast<std::size_t>(count);
+        if (filled > limit)
+            return ReadError { ReadFailure::tooLarge };
+        if (filled == content.size())
+            content.resize(filled + std::max(smallestRoom, filled));
+    }
+    content.resize(filled);
+    return content;
+}
+
+}
+
+std::variant<std::string, ReadError> readRegularFile(int directory, char const* path, std::size_t limit)
+{
+    struct stat status { };
+    if (::fstatat(directory, path, &status, AT_NO_AUTOMOUNT) != 0)
+        return ReadError { ReadFailure::system, errno };
+    if (!S_ISREG(status.st_mode))
+        return ReadError { ReadFailure::notRegularFile };
+
+    // The item may be another one by the time it is opened, so opening must not wait either, and the test is repeated.
+    FileDescriptor const file(::openat(directory, path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
+        return ReadError { ReadFailure::system, errno };
+    if (!S_ISREG(status.st_mode))
+        return ReadError { ReadFailure::notRegularFile };
+    if (static_cast<std::uintmax_t>(status.st_size) > limit)
+        return ReadError { ReadFailure::tooLarge };
+    return readAll(file.get(), static_cast<std::size_t>(status.st_size), limit);
+}
+
+}
