@@ -1,6 +1,6 @@
 // A program that leaves a record of how it was started beside its own file: "<file>.record" holds its arguments, each
-// ended by NUL, and "<file>.facts" what it found, a line each. The record appears last, whole, under its name. A program
-// whose name ends in "slow" stays for a while.
+// ended by NUL, and "<file>.facts" what it found, a line each. The record appears last, whole, under its name.
+// A program whose name ends in "slow" stays for a while.
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Freedesktop/Session/FreedesktopWorkspace.h"
+#include "Freedesktop/Session/SessionSupport.h"
+#include "Freedesktop/Session/TestDisplay.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace marrowick {
+
+/// A desktop whose windows the test announces itself.
+class RunningApplicationsTest : public testing::Test {
+protected:
+    ~RunningApplicationsTest() override { display_.withdraw(); }
+
+    std::vector<std::string> identifiers()
+    {
+        std::vector<std::string> identifiers;
+        for (auto const& application : workspace_.runningApplications())
+            identifiers.push_back(application->bundleIdentifier().value_or("none"));
+        return identifiers;
+    }
+
+    /// Not knowing the application fails the test.
+    std::shared_ptr<RunningApplication> find(std::string const& identifier)
+    {
+        for (auto const& application : workspace_.runningApplications()) {
+            if (application->bundleIdentifier() == identifier)
+                return application;
+        }
+        ADD_FAILURE() << "no application " << identifier;
+        return std::make_shared<FreedesktopRunningApplication>(ApplicationFacts {});
+    }
+
+    TestDisplay display_;
+    FreedesktopWorkspace workspace_ { std::make_shared<XConnection>(), "org.marrowick.Marrowick" };
+};
+
+/// A desktop with a real window manager.
+class ManagedDesktopTest : public RunningApplicationsTest {
+protected:
+    /// Waits until the window manager manages. It oversees requests that come while it starts, until something else
+    /// happens, such as a property that changes.
+    void SetUp() override
+    {
+        auto const probe = display_.makeWindow("probe", "Probe");
+        display_.show(probe);
+        ASSERT_TRUE(waitFor([&] {
+            display_.setText(display_.root(), "_MARROWICK_TEST", "x");
+            display_.synchronise();
+            return !identifiers().empty();
+        }));
+        display_.destroy(probe);
+        ASSERT_TRUE(waitFor([&] { return identifiers().empty(); }));
+    }
+    ~ManagedDesktopTest() override
+    {
+        manager_.end();
+        display_.withdraw();
+    }
+
+    StartedProgram manager_ { { "openbox", "--sm-disable" } };
+};
+
+}
