@@ -75,14 +75,14 @@ class DesktopCase(unittest.TestCase):
 
     # The menus
 
-    def click_icon(self, button=1, modifiers=()):
-        x, y = centre(self.host.icon(self.program.pid))
-        self.screen.click(x, y, button, modifiers)
+    def click_icon(self, button=1):
+        self.screen.click(*centre(self.host.icon(self.program.pid)), button=button)
 
     def open_menu(self, button=1, modifiers=()):
-        """Clicks the icon and returns the menu that opens."""
-        self.click_icon(button, modifiers)
-        return self.menus.wait_for_depth(1)
+        """Clicks the icon and returns the menu that opens. The modifiers stay down until it does."""
+        with self.screen.held(modifiers):
+            self.click_icon(button)
+            return self.menus.wait_for_depth(1)
 
     def items_titles(self):
         """Opens the items menu, closes it again, and returns its titles without the fixed ending."""
