@@ -21,9 +21,6 @@ public:
 
     void set(std::string_view key, DefaultsValue const& value) override { values[std::string(key)] = value; }
 
-    /// A literal would become a `bool`.
-    void set(std::string_view key, char const* text) { set(key, DefaultsValue(std::string(text))); }
-
     std::map<std::string, DefaultsValue, std::less<>> values;
 };
 

@@ -77,14 +77,14 @@ void FakeMenuPresenter::unhighlight()
         return;
     }
     auto& level = levels_.back();
-    level.highlighted = nullptr;
+    level.highlighted.reset();
     level.menu->willHighlight(*level.menu, nullptr);
 }
 
 void FakeMenuPresenter::openSubmenu(std::string_view title)
 {
     highlight(title);
-    auto const entry = isOpen() ? levels_.back().highlighted : nullptr;
+    auto const entry = isOpen() ? levels_.back().highlighted.lock() : nullptr;
     if (entry && entry->submenu())
         open(entry->submenu());
     else
@@ -105,8 +105,8 @@ bool FakeMenuPresenter::press(KeyEvent const& event)
         ADD_FAILURE() << "no menu is open";
         return false;
     }
-    auto const highlighted
-        = std::find_if(levels_.rbegin(), levels_.rend(), [](Level const& level) { return level.highlighted; });
+    auto const highlighted = std::find_if(
+        levels_.rbegin(), levels_.rend(), [](Level const& level) { return !level.highlighted.expired(); });
     // The menus may close while the key acts; then the one that is acting is all that stays.
     auto const receiver = highlighted == levels_.rend() ? levels_.back().menu : highlighted->menu;
     bool handled = false;
@@ -144,7 +144,7 @@ void FakeMenuPresenter::choose(std::string_view title)
 void FakeMenuPresenter::open(std::shared_ptr<Menu> menu)
 {
     menu->menuNeedsUpdate(*menu);
-    levels_.push_back({ std::move(menu), nullptr });
+    levels_.push_back({ std::move(menu), {} });
 }
 
 }

@@ -50,7 +50,7 @@ public:
 private:
     struct Level {
         std::shared_ptr<Menu> menu;
-        std::shared_ptr<MenuItem> highlighted;
+        std::weak_ptr<MenuItem> highlighted;
     };
 
     void open(std::shared_ptr<Menu> menu);

@@ -13,8 +13,21 @@ namespace marrowick {
 /// Remembers what was opened and shown; the test says which applications run and when one becomes active.
 class FakeWorkspace final : public Workspace {
 public:
-    void open(FileURL const& url) override { opened.push_back(url); }
-    void activateFileViewerSelecting(std::vector<FileURL> const& urls) override { revealed.push_back(urls); }
+    /// The files of each call.
+    using Revealed = std::vector<std::vector<FileURL>>;
+
+    void open(FileURL const& url) override
+    {
+        opened.push_back(url);
+        if (whenAsked)
+            whenAsked();
+    }
+    void activateFileViewerSelecting(std::vector<FileURL> const& urls) override
+    {
+        revealed.push_back(urls);
+        if (whenAsked)
+            whenAsked();
+    }
     std::vector<std::shared_ptr<RunningApplication>> runningApplications() override { return running; }
 
     Subscription observeActivation(std::function<void(std::shared_ptr<RunningApplication>)> handler) override
@@ -40,8 +53,10 @@ public:
     std::size_t observerCount() const { return observers_->size(); }
 
     std::vector<FileURL> opened;
-    std::vector<std::vector<FileURL>> revealed;
+    Revealed revealed;
     std::vector<std::shared_ptr<RunningApplication>> running;
+    /// Runs while something is being opened or shown, to look at the rest of the desktop at that moment.
+    std::function<void()> whenAsked;
 
 private:
     using Observers = std::map<int, std::function<void(std::shared_ptr<RunningApplication>)>>;
