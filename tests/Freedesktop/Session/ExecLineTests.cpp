@@ -30,7 +30,7 @@ std::string rowName(testing::TestParamInfo<ExpansionRow> const& info)
     return info.param.name;
 }
 
-std::string const oddFile = "/tmp/-a b%\xFF\n\"'$x";
+std::string const oddFile = "/srv/-a b%\xFF\n\"'$x";
 
 }
 
@@ -50,7 +50,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, ExecLineExpansion,
         ExpansionRow { "URIForSmallU", "tool %u", "/a b", { "tool", "file:///a%20b" } },
         ExpansionRow { "URIForLargeU", "tool %U", "/a b", { "tool", "file:///a%20b" } },
         ExpansionRow { "ExactBytesInPath", "tool %f", oddFile, { "tool", oddFile } },
-        ExpansionRow { "ExactBytesInURI", "tool %u", oddFile, { "tool", "file:///tmp/-a%20b%25%FF%0A%22'$x" } },
+        ExpansionRow { "ExactBytesInURI", "tool %u", oddFile, { "tool", "file:///srv/-a%20b%25%FF%0A%22'$x" } },
         ExpansionRow { "FileInsideWord", "tool --open=%f", "/a b", { "tool", "--open=/a b" } },
         ExpansionRow { "FileThatNobodyAskedFor", "tool -x", "/a", { "tool", "-x", "/a" } },
         ExpansionRow { "NoFileLeavesNoWord", "tool %U --last", std::nullopt, { "tool", "--last" } },

@@ -62,13 +62,13 @@ using NoBusFileManagerTest = FileManagerTest;
 TEST_F(FileManagerTest, RevealsEachFileByACallOfItsOwn)
 {
     TestFileManager manager;
-    workspace_.activateFileViewerSelecting({ FileURL("/tmp/-a b%\xFF\n"), FileURL("/tmp/dir/", true), FileURL() });
+    workspace_.activateFileViewerSelecting({ FileURL("/srv/-a b%\xFF\n"), FileURL("/srv/dir/", true), FileURL() });
     ASSERT_TRUE(waitFor([&] { return manager.calls().size() == 2; }));
     auto const calls = manager.calls();
     EXPECT_EQ(calls[0].method, "ShowItems");
-    EXPECT_THAT(calls[0].uris, ElementsAre("file:///tmp/-a%20b%25%FF%0A"));
+    EXPECT_THAT(calls[0].uris, ElementsAre("file:///srv/-a%20b%25%FF%0A"));
     EXPECT_THAT(calls[0].startupID, MatchesRegex(startupIDPattern));
-    EXPECT_THAT(calls[1].uris, ElementsAre("file:///tmp/dir"));
+    EXPECT_THAT(calls[1].uris, ElementsAre("file:///srv/dir"));
     EXPECT_FALSE(handlers().folder.arguments());
 }
 
@@ -94,7 +94,7 @@ TEST_F(FileManagerTest, AFileManagerThatHangsHoldsNothingUp)
     TestFileManager manager(TestFileManager::Behaviour::keepsSilent);
     auto const start = std::chrono::steady_clock::now();
     workspace_.activateFileViewerSelecting({ FileURL(path("a")) });
-    bridge_.execute(informationWindowScript("/tmp"));
+    bridge_.execute(informationWindowScript("/srv"));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
     EXPECT_TRUE(waitFor([&] { return manager.calls().size() == 2; }));
 }
@@ -103,11 +103,11 @@ TEST_F(FileManagerTest, AFileManagerThatCanBeStartedIs)
 {
     auto const record = path("record");
     makeStartable(std::filesystem::read_symlink("/proc/self/exe").string() + " --file-manager " + record);
-    workspace_.activateFileViewerSelecting({ FileURL("/tmp/a b") });
+    workspace_.activateFileViewerSelecting({ FileURL("/srv/a b") });
     ASSERT_TRUE(waitFor([&] { return std::filesystem::exists(record) && std::filesystem::file_size(record) > 0; }));
     std::string uri;
     std::getline(std::ifstream(record), uri);
-    EXPECT_EQ(uri, "file:///tmp/a%20b");
+    EXPECT_EQ(uri, "file:///srv/a%20b");
     EXPECT_FALSE(handlers().folder.arguments());
 }
 
@@ -132,12 +132,12 @@ TEST_F(FileManagerTest, AnAnswerThatComesAfterTheEndOfTheWorkspaceDoesNothing)
 TEST_F(FileManagerTest, TheInformationWindowScriptShowsTheProperties)
 {
     TestFileManager manager;
-    auto const answer = bridge_.execute(informationWindowScript("/tmp/\\\"quoted\\\" \\\\ \xFF"));
+    auto const answer = bridge_.execute(informationWindowScript("/srv/\\\"quoted\\\" \\\\ \xFF"));
     EXPECT_TRUE(std::holds_alternative<EventDescriptor>(answer));
     ASSERT_TRUE(waitFor([&] { return !manager.calls().empty(); }));
     auto const call = manager.calls().front();
     EXPECT_EQ(call.method, "ShowItemProperties");
-    EXPECT_THAT(call.uris, ElementsAre("file:///tmp/%22quoted%22%20%5C%20%FF"));
+    EXPECT_THAT(call.uris, ElementsAre("file:///srv/%22quoted%22%20%5C%20%FF"));
     EXPECT_THAT(call.startupID, MatchesRegex(startupIDPattern));
 }
 
@@ -176,7 +176,7 @@ TEST_F(NoBusFileManagerTest, WithoutABusTheInformationWindowIsAnError)
 {
     auto const address = environmentVariable("DBUS_SESSION_BUS_ADDRESS");
     unsetenv("DBUS_SESSION_BUS_ADDRESS");
-    auto const answer = bridge_.execute(informationWindowScript("/tmp"));
+    auto const answer = bridge_.execute(informationWindowScript("/srv"));
     if (!address.empty())
         setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
     auto const* const failure = std::get_if<ScriptFailure>(&answer);
