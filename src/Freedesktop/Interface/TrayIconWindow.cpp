@@ -135,11 +135,20 @@ bool TrayIconWindow::nativeEventFilter(QByteArray const& eventType, void* messag
     if (eventType != "xcb_generic_event_t")
         return false;
     auto const* event = static_cast<xcb_generic_event_t const*>(message);
-    if ((event->response_type & ~sentEventBit) != XCB_REPARENT_NOTIFY)
-        return false;
-    auto const* reparent = reinterpret_cast<xcb_reparent_notify_event_t const*>(event);
-    if (reparent->window == static_cast<xcb_window_t>(internalWinId()))
-        reparented(reparent->parent);
+    auto const window = static_cast<xcb_window_t>(internalWinId());
+    switch (event->response_type & ~sentEventBit) {
+    case XCB_REPARENT_NOTIFY: {
+        auto const* reparent = reinterpret_cast<xcb_reparent_notify_event_t const*>(event);
+        if (reparent->window == window)
+            reparented(reparent->parent);
+        break;
+    }
+    case XCB_EXPOSE:
+        // The manager may have painted its own window anew.
+        if (reinterpret_cast<xcb_expose_event_t const*>(event)->window == window)
+            background_ = QPixmap();
+        break;
+    }
     return false;
 }
 
@@ -198,10 +207,7 @@ void TrayIconWindow::resizeEvent(QResizeEvent* event)
 
 void TrayIconWindow::mousePressEvent(QMouseEvent* event)
 {
-    // A press that closed an open menu is sent a second time, by Qt, to the window under it: the click that closes the
-    // icon's menu would open it again.
-    if (event->spontaneous())
-        pressed_(event->button(), event->modifiers());
+    pressed_(event->button(), event->modifiers());
 }
 
 void TrayIconWindow::mouseReleaseEvent(QMouseEvent*) { }

@@ -339,13 +339,13 @@ TEST_F(FreedesktopStatusItemTest, SecondClickOnTheEmbeddedIconClosesTheMenuThatT
     pointAt(embeddedIcon());
     clickUntil(QStringLiteral("click 1"), 1);
     ASSERT_TRUE(waitFor([&] { return menu.isVisible(); }));
+    onClick_ = {};
     xdotool(QStringLiteral("click 1"));
     EXPECT_TRUE(waitFor([&] { return !menu.isVisible(); }));
-    // The third one is the next that counts, so the second was not taken for a click of its own.
-    clickUntil(QStringLiteral("click 1"), 2);
-    EXPECT_THAT(clicks_, SizeIs(2));
-    EXPECT_TRUE(waitFor([&] { return menu.isVisible(); }));
-    menu.close();
+    // The next that counts is the third one, so the second was not taken for a click of its own.
+    xdotool(QStringLiteral("click 3"));
+    EXPECT_TRUE(waitFor([&] { return !clicks_.empty() && clicks_.back().type == EventType::rightMouseUp; }));
+    EXPECT_THAT(clicks_, ElementsAre(leftClick(), rightClick()));
 }
 
 TEST_F(FreedesktopStatusItemTest, AccessibilityClientsFindAButtonAndPressIt)
@@ -368,11 +368,14 @@ TEST_F(FreedesktopStatusItemTest, EmbeddedIconIsSeenOnItsManagersBackground)
 {
     startTrayer();
     makeItem();
-    auto const icon = embeddedIcon();
-    auto const image = picture(icon.adjusted(0, -1, 0, 0));
-    // The corner of the symbol's square is round: the panel's colour is seen through.
-    EXPECT_NE(image.pixel(0, 1), qRgb(0, 0, 0));
-    auto const background = image.pixel(0, 1);
+    embeddedIcon();
+    // The corner of the symbol's square is round: the panel's colour is seen through, once the panel has painted it.
+    QRgb background = 0;
+    EXPECT_TRUE(waitFor([&] {
+        background = picture(embeddedIcon()).pixel(0, 0);
+        return background != qRgb(0, 0, 0);
+    }));
+    auto const image = picture(embeddedIcon());
     int strongest = 0;
     for (int x = 0; x < image.width(); ++x)
         strongest = std::max(strongest, std::abs(qGray(image.pixel(x, image.height() / 2)) - qGray(background)));

@@ -3,6 +3,8 @@
 #include "Freedesktop/Interface/FreedesktopEvents.h"
 #include "Freedesktop/Interface/SessionSupport.h"
 
+#include <QPointer>
+
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -102,9 +104,10 @@ TEST_F(HostMenuTest, EntriesThatStayKeepTheirPlaceAtTheHost)
 {
     menu_->addItem(MenuItem::make("Entry"));
     HostMenu host(events_, [&] { return menu_; });
-    auto const* const before = host.exported().actions().at(0);
+    QPointer<QAction> const before = host.exported().actions().at(0);
     aboutToShow(host.exported());
-    EXPECT_EQ(host.exported().actions().at(0), before);
+    ASSERT_TRUE(before);
+    EXPECT_EQ(host.exported().actions().at(0), before.data());
 }
 
 TEST_F(HostMenuTest, NoMenuIsAMenuWithoutEntries)
