@@ -1,0 +1,48 @@
+#include "Freedesktop/Files/CollationLocale.h"
+#include "Freedesktop/Files/FreedesktopCollation.h"
+#include "Freedesktop/Files/FreedesktopDefaultsStore.h"
+#include "Freedesktop/Files/FreedesktopFileContents.h"
+#include "Freedesktop/Files/FreedesktopFileManager.h"
+#include "Freedesktop/Files/FreedesktopLog.h"
+#include "Freedesktop/Interface/FreedesktopApplication.h"
+#include "Freedesktop/Interface/FreedesktopDispatch.h"
+#include "Freedesktop/Interface/FreedesktopEvents.h"
+#include "Freedesktop/Interface/FreedesktopMenuPresenter.h"
+#include "Freedesktop/Interface/FreedesktopStatusBar.h"
+#include "Freedesktop/Interface/Icons.h"
+#include "Freedesktop/Session/FreedesktopScriptingBridge.h"
+#include "Freedesktop/Session/FreedesktopWorkspace.h"
+#include "Freedesktop/Session/XConnection.h"
+#include "Platform/Platform.h"
+
+#include <memory>
+#include <utility>
+
+namespace marrowick {
+
+Platform makePlatform(int& argc, char** argv)
+{
+    auto log = std::make_unique<FreedesktopLog>();
+    auto events = std::make_unique<FreedesktopEvents>();
+    auto application = std::make_unique<FreedesktopApplication>(argc, argv, *events, *log);
+    prepareIconTheme(*log);
+    auto const windows = std::make_shared<XConnection>();
+
+    Platform services;
+    services.dispatch = std::make_unique<FreedesktopDispatch>();
+    services.fileManager = std::make_unique<FreedesktopFileManager>();
+    services.fileContents = std::make_unique<FreedesktopFileContents>();
+    services.collation = std::make_unique<FreedesktopCollation>(collationLocale(localeEnvironment()), *log);
+    services.defaultsStore = std::make_unique<FreedesktopDefaultsStore>(*log);
+    services.workspace
+        = std::make_unique<FreedesktopWorkspace>(windows, application->bundleIdentifier().value_or(std::string()));
+    services.scriptingBridge = std::make_unique<FreedesktopScriptingBridge>(windows);
+    services.menuPresenter = std::make_unique<FreedesktopMenuPresenter>(*events);
+    services.statusBar = std::make_unique<FreedesktopStatusBar>(*events, *log);
+    services.events = std::move(events);
+    services.application = std::move(application);
+    services.log = std::move(log);
+    return services;
+}
+
+}
