@@ -1,0 +1,61 @@
+#include "Freedesktop/Interface/FreedesktopMenuPresenter.h"
+
+#include "Freedesktop/Interface/Accessibility.h"
+#include "Freedesktop/Interface/Conversions.h"
+#include "Freedesktop/Interface/FreedesktopStatusItem.h"
+#include "Freedesktop/Interface/MenuView.h"
+#include "Platform/MenuPlacement.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <vector>
+
+namespace marrowick {
+
+namespace {
+
+std::vector<Screen> allScreens()
+{
+    std::vector<Screen> screens;
+    for (auto const* screen : QGuiApplication::screens())
+        screens.push_back({ rectFrom(screen->geometry()), rectFrom(screen->availableGeometry()) });
+    return screens;
+}
+
+std::optional<QRect> geometryOf(StatusItem* item)
+{
+    auto const* const shown = dynamic_cast<FreedesktopStatusItem const*>(item);
+    return shown ? shown->iconGeometry() : std::nullopt;
+}
+
+}
+
+FreedesktopMenuPresenter::FreedesktopMenuPresenter(FreedesktopEvents& events)
+    : tracking_(events)
+{
+    installMenuAccessibility();
+}
+
+void FreedesktopMenuPresenter::popUp(std::shared_ptr<Menu> menu, StatusItem* item)
+{
+    auto const icon = geometryOf(item);
+    // A host that owns the icon hears the release of the press that closed the menu, and takes it for a click.
+    if (item && !icon && tracking_.wasJustClosedAt(QCursor::pos()))
+        return;
+
+    MenuTracking::HandlerScope const handler(tracking_);
+    auto& view = tracking_.begin(std::move(menu), icon);
+    view.refresh();
+    QRect const anchor = icon.value_or(QRect(QCursor::pos(), QSize(0, 0)));
+    view.popup(pointFrom(placeMenu(rectFrom(anchor), sizeFrom(view.sizeHint()), allScreens())));
+}
+
+void FreedesktopMenuPresenter::cancelTracking()
+{
+    if (tracking_.isOpen())
+        tracking_.close();
+}
+
+}

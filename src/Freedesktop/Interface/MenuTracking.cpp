@@ -1,0 +1,116 @@
+#include "Freedesktop/Interface/MenuTracking.h"
+
+#include "Freedesktop/Interface/MenuView.h"
+
+#include <QApplication>
+
+#include <utility>
+
+namespace marrowick {
+
+MenuTracking::HandlerScope::HandlerScope(MenuTracking& tracking)
+    : tracking_(tracking)
+{
+    ++tracking_.handlers_;
+}
+
+MenuTracking::HandlerScope::~HandlerScope()
+{
+    if (--tracking_.handlers_ == 0 && !tracking_.retired_.empty())
+        tracking_.queueDeletion();
+}
+
+MenuTracking::MenuTracking(FreedesktopEvents& events)
+    : events_(events)
+{
+}
+
+MenuTracking::~MenuTracking()
+{
+    close();
+    std::exchange(retired_, {}).clear();
+}
+
+QStyle& MenuTracking::style()
+{
+    if (!style_)
+        style_ = std::make_unique<MenuStyle>();
+    return *style_;
+}
+
+MenuView& MenuTracking::begin(std::shared_ptr<Menu> menu, std::optional<QRect> anchor)
+{
+    close();
+    // Views that wait for their deletion still hold the style.
+    if (style_ && !style_->isCurrent() && retired_.empty())
+        style_.reset();
+    anchor_ = anchor;
+    root_ = std::make_unique<MenuView>(*this, menu, menu, nullptr);
+    return *root_;
+}
+
+bool MenuTracking::isOpen() const
+{
+    return root_ && root_->isVisible();
+}
+
+void MenuTracking::close()
+{
+    while (isOpen()) {
+        auto* const popup = QApplication::activePopupWidget();
+        if (!popup || !popup->close()) {
+            root_->hide();
+            break;
+        }
+    }
+    if (root_)
+        ended(*root_);
+}
+
+void MenuTracking::choose(std::shared_ptr<Menu> root, std::shared_ptr<MenuItem> item, Event event)
+{
+    close();
+    auto run = [this, root = std::move(root), parent = item->menu(), item, event] {
+        FreedesktopEvents::Scope const current(events_, event);
+        if (auto const action = item->action)
+            action(*item);
+    };
+    QMetaObject::invokeMethod(&context_, std::move(run), Qt::QueuedConnection);
+}
+
+void MenuTracking::ended(MenuView& view)
+{
+    if (root_.get() == &view)
+        retire(std::move(root_));
+}
+
+void MenuTracking::retire(std::unique_ptr<MenuView> view)
+{
+    retired_.push_back(std::move(view));
+    if (handlers_ == 0)
+        queueDeletion();
+}
+
+void MenuTracking::queueDeletion()
+{
+    auto deleteViews = [this] {
+        if (handlers_ == 0)
+            std::exchange(retired_, {}).clear();
+    };
+    QMetaObject::invokeMethod(&context_, deleteViews, Qt::QueuedConnection);
+}
+
+bool MenuTracking::pressedOutside(QPoint position)
+{
+    closingPress_ = position;
+    sinceClosingPress_.start();
+    return anchor_ && anchor_->contains(position);
+}
+
+bool MenuTracking::wasJustClosedAt(QPoint position) const
+{
+    return sinceClosingPress_.isValid() && sinceClosingPress_.elapsed() < QApplication::doubleClickInterval()
+        && (position - closingPress_).manhattanLength() < QApplication::startDragDistance();
+}
+
+}

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "Freedesktop/Interface/FreedesktopEvents.h"
+#include "Freedesktop/Interface/MenuStyle.h"
+#include "Platform/Menu.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QRect>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace marrowick {
+
+class MenuView;
+
+/// The one menu that is open, with its submenus: from its opening to the end of the action that was chosen, and to the
+/// deletion of its views, which may have to wait.
+class MenuTracking {
+public:
+    explicit MenuTracking(FreedesktopEvents& events);
+    ~MenuTracking();
+    MenuTracking(MenuTracking const&) = delete;
+    MenuTracking& operator=(MenuTracking const&) = delete;
+
+    /// Stands for a view that is handling an event. While there is one no view is deleted, because a handler can run an
+    /// event loop of its own.
+    class HandlerScope {
+    public:
+        explicit HandlerScope(MenuTracking& tracking);
+        ~HandlerScope();
+        HandlerScope(HandlerScope const&) = delete;
+        HandlerScope& operator=(HandlerScope const&) = delete;
+
+    private:
+        MenuTracking& tracking_;
+    };
+
+    FreedesktopEvents& events() { return events_; }
+
+    /// The style of views that are made from here on.
+    QStyle& style();
+
+    /// Makes the view of `menu`, filled, in the place of the one that is open, which closes first. `anchor` is what the
+    /// menu belongs to; a press there closes it and does nothing else.
+    MenuView& begin(std::shared_ptr<Menu> menu, std::optional<QRect> anchor);
+
+    bool isOpen() const;
+    void close();
+
+    /// Closes everything, then has the item's action run with `event` as the current event. The menus that lead to the
+    /// item live until it has returned.
+    void choose(std::shared_ptr<Menu> root, std::shared_ptr<MenuItem> item, Event event);
+
+    /// To be called with the view that begin() returned when it has closed, by whatever cause.
+    void ended(MenuView& view);
+
+    /// Deletes `view` as soon as no view handles an event.
+    void retire(std::unique_ptr<MenuView> view);
+
+    /// A mouse press at `position` that hits no open menu. True where it must not reach what lies there.
+    bool pressedOutside(QPoint position);
+
+    /// Whether the press that closed the last menu was made at `position` just before: its release is no second wish.
+    bool wasJustClosedAt(QPoint position) const;
+
+private:
+    void queueDeletion();
+
+    FreedesktopEvents& events_;
+    /// Queued calls end with it. Views that are destroyed still ask for one.
+    QObject context_;
+    std::unique_ptr<MenuStyle> style_;
+    std::unique_ptr<MenuView> root_;
+    std::optional<QRect> anchor_;
+    std::vector<std::unique_ptr<MenuView>> retired_;
+    int handlers_ = 0;
+    QPoint closingPress_;
+    QElapsedTimer sinceClosingPress_;
+};
+
+}
