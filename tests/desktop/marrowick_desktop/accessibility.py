@@ -7,7 +7,7 @@ from .waiting import wait_for
 
 ACCESSIBLE = "org.a11y.atspi.Accessible"
 STATES = {"active": 1, "enabled": 8, "focused": 12, "has-tooltip": 13, "selected": 23, "sensitive": 24, "showing": 25,
-          "visible": 30, "has-popup": 42, "defunct": 6}
+          "visible": 30, "has-popup": 42, "expandable": 9, "defunct": 6}
 
 
 class Gone(Exception):

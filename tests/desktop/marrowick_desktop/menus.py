@@ -63,7 +63,7 @@ def _entry(accessible):
     states = accessible.states()
     role = accessible.role()
     return Entry(title=accessible.name(), enabled="enabled" in states or "sensitive" in states,
-                 separator=role == "separator", opens_submenu="has-popup" in states or bool(accessible.children()),
+                 separator=role == "separator", opens_submenu=bool(states & {"has-popup", "expandable"}),
                  highlighted="focused" in states or "selected" in states, description=accessible.description(),
                  area=accessible.area(), accessible=accessible)
 
