@@ -41,6 +41,14 @@ class ClicksOnAnEmbeddedIcon(DesktopCase):
             self.menus.wait_for_depth(0)
             holds_for(lambda: not self.menus.open_menus(), 0.6, "the menu stays closed")
 
+    def test_MenuWithoutEntriesIsOnTheScreenAndAClickElsewhereClosesIt(self):
+        self.run_with()
+        self.desktop.set("ignoreEmptyItemsFolder", "true")
+        menu = self.open_menu(modifiers=["Shift"])
+        self.assertGreater(min(menu.area().width, menu.area().height), 0)
+        self.screen.click(20, self.screen.size[1] - 20)
+        self.menus.wait_for_depth(0)
+
     def test_MiddleClickOpensNothing(self):
         self.run_with("notes.txt")
         self.click_icon(button=2)

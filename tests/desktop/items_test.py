@@ -209,6 +209,16 @@ class EmptyFolder(DesktopCase):
         (self.items / "Empty").rmdir()
         self.assertEqual(self.open_menu().titles(), ENDING)
 
+    def test_IgnoredEmptyFolderOpensASubmenuWithoutEntriesThatCloses(self):
+        self.run_with("Empty/", "notes.txt")
+        self.desktop.set("ignoreEmptyItemsFolder", "true")
+        self.open_menu()
+        self.assertEqual(self.menus.open_submenu("Empty").titles(), [])
+        self.screen.key("Escape")
+        self.menus.wait_for_depth(1)
+        self.screen.key("Escape")
+        self.menus.wait_for_depth(0)
+
     def test_EmptyInlineFolderAloneSaysSo(self):
         self.run_with("Nothing---i/")
         self.assertEqual(self.items_titles(), [PLACEHOLDER])

@@ -100,6 +100,16 @@ int MenuView::titleWidth() const
     return std::min(comfortable, screen()->availableGeometry().width() / 2);
 }
 
+QSize MenuView::sizeHint() const
+{
+    QSize const size = QMenu::sizeHint();
+    if (!actions().isEmpty())
+        return size;
+    // A window without extent is never mapped: the menu would hear no key, and hold the pointer for good.
+    auto const metrics = fontMetrics();
+    return size.expandedTo(QSize(metrics.averageCharWidth() * 12, metrics.height()));
+}
+
 MenuEntry* MenuView::highlightedEntry() const
 {
     return static_cast<MenuEntry*>(activeAction());
@@ -174,6 +184,14 @@ void MenuView::highlightWithoutOpening(MenuEntry& entry)
     setActiveAction(&entry);
     opensSubmenus_ = true;
     attachSubmenu(entry);
+}
+
+void MenuView::scrollToHighlight()
+{
+    // Qt does not scroll when a key leads from no entry to the last one.
+    auto* const entry = highlightedEntry();
+    if (entry && !rect().contains(actionGeometry(entry)))
+        highlightWithoutOpening(*entry);
 }
 
 void MenuView::attachSubmenu(MenuEntry& entry)

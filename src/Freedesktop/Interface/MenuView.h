@@ -51,6 +51,8 @@ public:
     /// The width that a title may have in this menu.
     int titleWidth() const;
 
+    QSize sizeHint() const override;
+
 protected:
     bool event(QEvent* event) override;
     void actionEvent(QActionEvent* event) override;
@@ -68,6 +70,7 @@ private:
     void fill();
     void removeEntries();
     void highlightWithoutOpening(MenuEntry& entry);
+    void scrollToHighlight();
     void hovered(MenuEntry& entry);
     void triggered(MenuEntry& entry);
     void reportHighlight(MenuEntry* entry);

@@ -116,8 +116,10 @@ bool MenuView::keyPressed(QKeyEvent& event)
     target->reportHighlight(target->highlightedEntry());
     auto const menu = target->menu_;
     menu->performKeyEquivalent(keyEvent, [&] { return toolkitsOwn(event, keyEvent); });
-    if (isVisible())
+    if (isVisible()) {
+        scrollToHighlight();
         reportHighlight(highlightedEntry());
+    }
     return true;
 }
 
@@ -127,7 +129,11 @@ bool MenuView::toolkitsOwn(QKeyEvent& event, KeyEvent const& keyEvent)
     if (!(event.modifiers() & shortcutKeys) && typeAhead(exactText(keyEvent.charactersIgnoringModifiers)))
         return true;
     event.accept();
-    return QMenu::event(&event) && event.isAccepted();
+    bool const isHandled = QMenu::event(&event) && event.isAccepted();
+    // Qt does not scroll to the entry that Up begins with.
+    if (auto* const entry = highlightedEntry(); entry && isVisible() && !rect().contains(actionGeometry(entry)))
+        highlightWithoutOpening(*entry);
+    return isHandled;
 }
 
 bool MenuView::typeAhead(QString const& typed)
