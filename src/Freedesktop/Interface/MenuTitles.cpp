@@ -7,12 +7,10 @@ namespace marrowick {
 namespace {
 
 /// Whether the title fits for certain, told without laying it out, which takes about as long as all the rest that is
-/// done for an entry. No character is wider than three average ones; the widths of ASCII characters are at hand, and
-/// kerning does not add an eighth to them.
+/// done for an entry. The widths of ASCII characters are at hand, and kerning does not add an eighth to them; letters of
+/// other scripts can be as wide as a word.
 bool isSurelyNarrow(QString const& title, QFontMetrics const& metrics, int width)
 {
-    if (title.size() * 3 * metrics.averageCharWidth() <= width)
-        return true;
     int sum = 0;
     for (QChar const character : title) {
         if (character.unicode() > 0x7E || sum > width)
