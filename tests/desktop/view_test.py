@@ -145,9 +145,14 @@ class Pictures(DesktopCase):
                 if has_icon:
                     self.assertLessEqual(max(area.width, area.height), 16)
 
-    def test_AccessibilityTitlesHaveNoKeyEquivalents(self):
+    def test_KeyEquivalentsStandBesideTheTitles(self):
         self.run_with("notes.txt")
-        self.assertEqual(self.open_menu().titles()[-2:], ["Preferences…", "Quit Marrowick"])
+        menu = self.open_menu()
+        keys = {entry.title: entry.accessible.key_binding() for entry in menu.entries() if not entry.separator}
+        self.assertEqual(keys, {"notes.txt": "", "Preferences…": "Super+,", "Quit Marrowick": "Super+Q"})
+        area = menu.entry("Quit Marrowick").area
+        right = area._replace(x=area.x + area.width // 2, y=area.y + 2, width=area.width // 2 - 4, height=area.height - 4)
+        self.assertIsNotNone(self.screen.drawing_in(right))
 
     def test_MenuChangesOnlyAtTheNextOpening(self):
         self.run_with("notes.txt")

@@ -97,6 +97,10 @@ class Accessible:
     def actions(self):
         return [action[0] for action in self._ask("org.a11y.atspi.Action", "GetActions")[0]]
 
+    def key_binding(self):
+        """The keys that a client would say for the object's action; empty for none."""
+        return "".join(action[2] for action in self._ask("org.a11y.atspi.Action", "GetActions")[0])
+
     def act(self, name):
         """Performs the action of this name, as a screen reader does."""
         index = wait_for(lambda: [i for i, each in enumerate(self.actions()) if each.lower() == name.lower()],
