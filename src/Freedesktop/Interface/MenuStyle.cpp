@@ -20,6 +20,9 @@ int MenuStyle::styleHint(
 {
     if (hint == SH_Menu_Scrollable)
         return 1;
+    // A light shadow makes the text of disabled entries unreadable in dark palettes.
+    if (hint == SH_EtchDisabledText)
+        return 0;
     return QProxyStyle::styleHint(hint, option, widget, returnData);
 }
 

@@ -4,8 +4,8 @@
 
 namespace marrowick {
 
-/// The application's style, but for what a menu of any length needs: it scrolls where it would leave the screen, and its
-/// icons are of one size.
+/// The application's style, but for what a menu of any length needs: it scrolls where it would leave the screen, its
+/// icons are of one size, and disabled entries can be read.
 class MenuStyle : public QProxyStyle {
 public:
     MenuStyle();

@@ -129,11 +129,7 @@ bool MenuView::toolkitsOwn(QKeyEvent& event, KeyEvent const& keyEvent)
     if (!(event.modifiers() & shortcutKeys) && typeAhead(exactText(keyEvent.charactersIgnoringModifiers)))
         return true;
     event.accept();
-    bool const isHandled = QMenu::event(&event) && event.isAccepted();
-    // Qt does not scroll to the entry that Up begins with.
-    if (auto* const entry = highlightedEntry(); entry && isVisible() && !rect().contains(actionGeometry(entry)))
-        highlightWithoutOpening(*entry);
-    return isHandled;
+    return QMenu::event(&event) && event.isAccepted();
 }
 
 bool MenuView::typeAhead(QString const& typed)
