@@ -65,8 +65,9 @@ struct Normalizers {
 /// found in the same letter with an accent.
 std::u16string comparable(std::string_view text, Normalizers const& normalizers, bool turkicCases)
 {
-    auto const decomposed = normalized(utf16Of(text), normalizers.decomposing);
-    return normalized(caseFolded(decomposed, turkicCases), normalizers.composing);
+    // Case folding is defined on decomposed texts, but for the dotted capital I, which is a letter of its own there.
+    auto const* form = turkicCases ? normalizers.composing : normalizers.decomposing;
+    return normalized(caseFolded(normalized(utf16Of(text), form), turkicCases), normalizers.composing);
 }
 
 /// Whether a character may begin at `position`: no accent or other part that belongs to what is before it.

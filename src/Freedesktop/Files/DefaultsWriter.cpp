@@ -10,6 +10,33 @@
 
 namespace marrowick {
 
+namespace {
+
+/// Keeps the process when the session bus goes away, which by itself ends it. To be called once the settings library has
+/// its connection: the one that is asked for here is the same then. The library has to make it on its own thread, or it
+/// does not learn that it is closed and never takes another.
+void survivePartingOfBus()
+{
+    ObjectPointer<GDBusConnection> const connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    if (connection)
+        g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
+}
+
+/// Writes and waits. Absent when it is done, else the reason why not.
+std::optional<std::string> writeNow(DConfClient* client, std::string const& path, GVariant* value)
+{
+    GError* error = nullptr;
+    bool const isWritten = dconf_client_write_sync(client, path.c_str(), value, nullptr, nullptr, &error) != FALSE;
+    ErrorPointer const ownedError(error);
+    if (isWritten || (error && g_dbus_error_is_remote_error(error)))
+        survivePartingOfBus();
+    if (isWritten)
+        return std::nullopt;
+    return error ? error->message : "no reason given";
+}
+
+}
+
 struct DefaultsWriter::Shared {
     struct Change {
         std::string path;
@@ -86,14 +113,11 @@ void DefaultsWriter::run(std::shared_ptr<Shared> const& shared)
         auto* const value = shared->changes.front().value.get();
 
         lock.unlock();
-        GError* error = nullptr;
-        bool const isWritten
-            = dconf_client_write_sync(shared->client.get(), path.c_str(), value, nullptr, nullptr, &error) != FALSE;
-        ErrorPointer const ownedError(error);
+        auto failure = writeNow(shared->client.get(), path, value);
         lock.lock();
 
-        if (!isWritten)
-            shared->failure = error ? error->message : "no reason given";
+        if (failure)
+            shared->failure = std::move(failure);
         shared->isStuck = false;
         shared->changes.pop_front();
         shared->changed.notify_all();

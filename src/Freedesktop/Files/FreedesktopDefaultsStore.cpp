@@ -1,5 +1,7 @@
 #include "Freedesktop/Files/FreedesktopDefaultsStore.h"
 
+#include "Freedesktop/Files/DefaultsWriter.h"
+
 #include <dconf.h>
 
 namespace marrowick {
@@ -71,21 +73,27 @@ VariantPointer variantOf(DefaultsValue const& value)
 
 }
 
+struct FreedesktopDefaultsStore::Database {
+    ObjectPointer<DConfClient> client { dconf_client_new() };
+    DefaultsWriter writer { ObjectPointer<DConfClient>(static_cast<DConfClient*>(g_object_ref(client.get()))) };
+};
+
 FreedesktopDefaultsStore::FreedesktopDefaultsStore(Log& log)
     : log_(log)
-    , client_(dconf_client_new())
-    , writer_(ObjectPointer<DConfClient>(static_cast<DConfClient*>(g_object_ref(client_.get()))))
+    , database_(std::make_unique<Database>())
 {
 }
+
+FreedesktopDefaultsStore::~FreedesktopDefaultsStore() = default;
 
 std::optional<DefaultsValue> FreedesktopDefaultsStore::object(std::string_view key)
 {
     auto const path = databasePath(key);
     if (!path)
         return std::nullopt;
-    if (auto const pending = writer_.pendingValue(*path))
+    if (auto const pending = database_->writer.pendingValue(*path))
         return valueOf(pending.get());
-    VariantPointer const stored(dconf_client_read(client_.get(), path->c_str()));
+    VariantPointer const stored(dconf_client_read(database_->client.get(), path->c_str()));
     if (!stored)
         return std::nullopt;
     return valueOf(stored.get());
@@ -99,7 +107,7 @@ void FreedesktopDefaultsStore::set(std::string_view key, DefaultsValue const& va
         reportOnce(key, path ? "the settings database cannot hold the value" : "the settings database has no such key");
         return;
     }
-    if (auto const failure = writer_.write(*path, std::move(variant)))
+    if (auto const failure = database_->writer.write(*path, std::move(variant)))
         reportOnce(key, *failure);
 }
 

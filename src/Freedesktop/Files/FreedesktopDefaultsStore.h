@@ -1,8 +1,9 @@
 #pragma once
 
-#include "Freedesktop/Files/DefaultsWriter.h"
 #include "Platform/DefaultsStore.h"
 #include "Platform/Log.h"
+
+#include <memory>
 
 namespace marrowick {
 
@@ -12,16 +13,18 @@ namespace marrowick {
 class FreedesktopDefaultsStore final : public DefaultsStore {
 public:
     explicit FreedesktopDefaultsStore(Log& log);
+    ~FreedesktopDefaultsStore() override;
 
     std::optional<DefaultsValue> object(std::string_view key) override;
     void set(std::string_view key, DefaultsValue const& value) override;
 
 private:
+    struct Database;
+
     void reportOnce(std::string_view key, std::string_view reason);
 
     Log& log_;
-    ObjectPointer<DConfClient> client_;
-    DefaultsWriter writer_;
+    std::unique_ptr<Database> database_;
     bool hasReported_ = false;
 };
 

@@ -80,11 +80,11 @@ void SortKeys::addCollatorKey(std::string_view text, UCollator const* collator)
     }
 }
 
-/// Memory for a key of at most `size` bytes, which `finishKey` makes the next key.
+/// Memory for a key of at most `size` bytes, also for one of none, which `finishKey` makes the next key.
 unsigned char* SortKeys::room(std::size_t size)
 {
-    if (bytes_.size() - filled_ < size)
-        bytes_.resize(std::max(filled_ + size, 2 * bytes_.size()));
+    if (bytes_.size() - filled_ <= size)
+        bytes_.resize(std::max(filled_ + size + 1, 2 * bytes_.size()));
     return bytes_.data() + filled_;
 }
 
