@@ -17,7 +17,7 @@ namespace {
 /// does not learn that it is closed and never takes another.
 void survivePartingOfBus()
 {
-    ObjectPointer<GDBusConnection> const connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    GObjectOwner<GDBusConnection> const connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
     if (connection)
         g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
 }
@@ -27,7 +27,7 @@ std::optional<std::string> writeNow(DConfClient* client, std::string const& path
 {
     GError* error = nullptr;
     bool const isWritten = dconf_client_write_sync(client, path.c_str(), value, nullptr, nullptr, &error) != FALSE;
-    ErrorPointer const ownedError(error);
+    GErrorOwner const ownedError(error);
     if (isWritten || (error && g_dbus_error_is_remote_error(error)))
         survivePartingOfBus();
     if (isWritten)
@@ -40,10 +40,10 @@ std::optional<std::string> writeNow(DConfClient* client, std::string const& path
 struct DefaultsWriter::Shared {
     struct Change {
         std::string path;
-        VariantPointer value;
+        GVariantOwner value;
     };
 
-    ObjectPointer<DConfClient> client;
+    GObjectOwner<DConfClient> client;
     std::mutex mutex;
     std::condition_variable changed;
     /// The first one is being written; it stays until that is done, so that it is found as pending.
@@ -54,7 +54,7 @@ struct DefaultsWriter::Shared {
     bool isClosing = false;
 };
 
-DefaultsWriter::DefaultsWriter(ObjectPointer<DConfClient> client)
+DefaultsWriter::DefaultsWriter(GObjectOwner<DConfClient> client)
     : shared_(std::make_shared<Shared>())
 {
     shared_->client = std::move(client);
@@ -69,7 +69,7 @@ DefaultsWriter::~DefaultsWriter()
     shared_->changed.notify_all();
 }
 
-std::optional<std::string> DefaultsWriter::write(std::string const& path, VariantPointer value)
+std::optional<std::string> DefaultsWriter::write(std::string const& path, GVariantOwner value)
 {
     std::unique_lock lock(shared_->mutex);
     if (!isRunning_) {
@@ -92,12 +92,12 @@ std::optional<std::string> DefaultsWriter::write(std::string const& path, Varian
     return std::exchange(shared_->failure, std::nullopt);
 }
 
-VariantPointer DefaultsWriter::pendingValue(std::string const& path) const
+GVariantOwner DefaultsWriter::pendingValue(std::string const& path) const
 {
     std::lock_guard const lock(shared_->mutex);
     for (auto change = shared_->changes.rbegin(); change != shared_->changes.rend(); ++change) {
         if (change->path == path)
-            return VariantPointer(g_variant_ref(change->value.get()));
+            return GVariantOwner(g_variant_ref(change->value.get()));
     }
     return nullptr;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Freedesktop/Files/GLibPointers.h"
+#include "Freedesktop/GLibOwners.h"
 
 #include <chrono>
 #include <memory>
@@ -18,7 +18,7 @@ public:
     /// How long one write may keep its caller.
     static constexpr std::chrono::milliseconds patience { 1500 };
 
-    explicit DefaultsWriter(ObjectPointer<DConfClient> client);
+    explicit DefaultsWriter(GObjectOwner<DConfClient> client);
 
     /// Gives what has not been written yet one more `patience`.
     ~DefaultsWriter();
@@ -27,10 +27,10 @@ public:
 
     /// Writes `value` at `path` and returns once that is done, or when patience is over; then the write goes on. Returns
     /// why a value could not be written, this one or one that had been left behind.
-    std::optional<std::string> write(std::string const& path, VariantPointer value);
+    std::optional<std::string> write(std::string const& path, GVariantOwner value);
 
     /// The last value for `path` that is still to be written; null when there is none.
-    VariantPointer pendingValue(std::string const& path) const;
+    GVariantOwner pendingValue(std::string const& path) const;
 
 private:
     struct Shared;

@@ -59,7 +59,7 @@ DefaultsValue valueOf(GVariant* variant)
 }
 
 /// Null for a value that the database cannot hold.
-VariantPointer variantOf(DefaultsValue const& value)
+GVariantOwner variantOf(DefaultsValue const& value)
 {
     GVariant* variant = nullptr;
     if (auto const* boolean = std::get_if<bool>(&value))
@@ -68,14 +68,14 @@ VariantPointer variantOf(DefaultsValue const& value)
         variant = g_variant_new_double(*number);
     else if (auto const* text = std::get_if<std::string>(&value); text && isUtf8(*text))
         variant = g_variant_new_string(text->c_str());
-    return VariantPointer(variant ? g_variant_ref_sink(variant) : nullptr);
+    return GVariantOwner(variant ? g_variant_ref_sink(variant) : nullptr);
 }
 
 }
 
 struct FreedesktopDefaultsStore::Database {
-    ObjectPointer<DConfClient> client { dconf_client_new() };
-    DefaultsWriter writer { ObjectPointer<DConfClient>(static_cast<DConfClient*>(g_object_ref(client.get()))) };
+    GObjectOwner<DConfClient> client { dconf_client_new() };
+    DefaultsWriter writer { GObjectOwner<DConfClient>(static_cast<DConfClient*>(g_object_ref(client.get()))) };
 };
 
 FreedesktopDefaultsStore::FreedesktopDefaultsStore(Log& log)
@@ -93,7 +93,7 @@ std::optional<DefaultsValue> FreedesktopDefaultsStore::object(std::string_view k
         return std::nullopt;
     if (auto const pending = database_->writer.pendingValue(*path))
         return valueOf(pending.get());
-    VariantPointer const stored(dconf_client_read(database_->client.get(), path->c_str()));
+    GVariantOwner const stored(dconf_client_read(database_->client.get(), path->c_str()));
     if (!stored)
         return std::nullopt;
     return valueOf(stored.get());

@@ -1,7 +1,7 @@
 #include "Freedesktop/Interface/FileIcons.h"
 
+#include "Freedesktop/GLibOwners.h"
 #include "Freedesktop/Interface/Conversions.h"
-#include "Freedesktop/Interface/GLibOwners.h"
 #include "Freedesktop/Interface/Pictures.h"
 
 #include <QHash>
@@ -59,7 +59,7 @@ QIcon iconOf(GIcon* icon)
         return themedIcon(names);
     }
     if (G_IS_FILE_ICON(icon)) {
-        GLibOwner<char> const path(g_file_get_path(g_file_icon_get_file(G_FILE_ICON(icon))));
+        GStringOwner const path(g_file_get_path(g_file_icon_get_file(G_FILE_ICON(icon))));
         return path ? pictureIcon(path.get()) : QIcon();
     }
     if (G_IS_EMBLEMED_ICON(icon))
@@ -82,11 +82,11 @@ std::optional<std::string> iconNamedByDesktopEntry(QByteArray const& path)
     auto const content = readRegularFile(path.constData(), largestDesktopEntry);
     if (!content)
         return std::nullopt;
-    GLibOwner<GKeyFile> const entry(g_key_file_new());
+    GKeyFileOwner const entry(g_key_file_new());
     auto const size = static_cast<gsize>(content->size());
     if (!g_key_file_load_from_data(entry.get(), content->constData(), size, G_KEY_FILE_NONE, nullptr))
         return std::nullopt;
-    GLibOwner<char> const icon(g_key_file_get_locale_string(
+    GStringOwner const icon(g_key_file_get_locale_string(
         entry.get(), G_KEY_FILE_DESKTOP_GROUP, G_KEY_FILE_DESKTOP_KEY_ICON, nullptr, nullptr));
     if (!icon || !*icon)
         return std::nullopt;

@@ -1,6 +1,6 @@
 #include "Freedesktop/Session/ClientWindows.h"
 
-#include "Freedesktop/Session/GLibOwners.h"
+#include "Freedesktop/GLibOwners.h"
 
 #include <unistd.h>
 

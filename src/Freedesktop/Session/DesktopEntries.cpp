@@ -1,10 +1,11 @@
 #include "Freedesktop/Session/DesktopEntries.h"
 
+#include "Freedesktop/GLibOwners.h"
 #include "Freedesktop/Session/ExecLine.h"
-#include "Freedesktop/Session/GLibOwners.h"
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <gio/gdesktopappinfo.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -300,7 +301,7 @@ std::optional<std::string> DesktopEntries::localizedName(DesktopEntry const& ent
 {
     auto const [known, isNew] = names_.try_emplace(entry.path);
     if (isNew) {
-        if (GDesktopAppInfoOwner const info { g_desktop_app_info_new_from_filename(entry.path.c_str()) })
+        if (GObjectOwner<GDesktopAppInfo> const info { g_desktop_app_info_new_from_filename(entry.path.c_str()) })
             known->second = g_app_info_get_name(G_APP_INFO(info.get()));
     }
     return known->second;

@@ -1,6 +1,6 @@
 #include "Freedesktop/Session/ExecLine.h"
 
-#include "Freedesktop/Session/GLibOwners.h"
+#include "Freedesktop/GLibOwners.h"
 
 #include <algorithm>
 

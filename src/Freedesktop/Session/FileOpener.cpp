@@ -115,7 +115,7 @@ bool FileOpener::launchDesktopEntry(std::string const& path)
 {
     if (!isExecutableFile(path) && !liesInApplicationsFolder(path, applicationsFolders()))
         return false;
-    GDesktopAppInfoOwner const application(g_desktop_app_info_new_from_filename(path.c_str()));
+    GObjectOwner<GDesktopAppInfo> const application(g_desktop_app_info_new_from_filename(path.c_str()));
     if (!application)
         return false;
     launcher_.launch(application.get(), std::nullopt);

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "Freedesktop/Session/GLibOwners.h"
+#include "Freedesktop/GLibOwners.h"
 #include "Freedesktop/Session/SessionBus.h"
 #include "Freedesktop/Session/XConnection.h"
+
+#include <gio/gdesktopappinfo.h>
 
 #include <memory>
 #include <optional>

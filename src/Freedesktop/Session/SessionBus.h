@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Freedesktop/Session/GLibOwners.h"
+#include "Freedesktop/GLibOwners.h"
 
 #include <functional>
 #include <memory>
