@@ -4,7 +4,8 @@
 #include "Freedesktop/Files/RegularFile.h"
 #include "Platform/FileURL.h"
 
-#include <cerrno>
+#include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -112,6 +113,23 @@ std::optional<bool> isApplication(std::string const& path, ItemKind kind)
         : S_ISREG(status.st_mode)                   ? ItemKind::regularFile
                                                     : ItemKind::other;
     return isApplicationItself(*target, targetKind);
+}
+
+std::optional<bool> leadsToApplicationDirectory(ItemPlace const& place)
+{
+    char target[PATH_MAX];
+    auto const size = ::readlinkat(place.directory, place.name, target, sizeof target - 1);
+    target[std::max<ssize_t>(size, 0)] = '\0';
+    std::string_view const path = target;
+    auto const name = path.substr(path.rfind('/') + 1);
+    bool const isSeenFromHere = path.starts_with('/') || place.directory != AT_FDCWD;
+    bool const isItsName = !name.empty() && name != "." && name != "..";
+    struct statx status { };
+    if (isSeenFromHere && isItsName
+        && ::statx(place.directory, target, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE, &status) == 0
+        && S_ISDIR(status.stx_mode))
+        return extensionOf(name) == "app";
+    return isApplication(place.path, ItemKind::link);
 }
 
 }

@@ -12,4 +12,7 @@ namespace marrowick {
 /// that cannot be read. `kind` is that of the item at `path` itself and is known.
 std::optional<bool> isApplication(std::string const& path, ItemKind kind);
 
+/// The same for a link that is known to lead to a directory; in most cases without going the whole way again.
+std::optional<bool> leadsToApplicationDirectory(ItemPlace const& place);
+
 }

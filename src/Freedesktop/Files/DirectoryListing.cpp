@@ -109,9 +109,11 @@ private:
     {
         for (auto index = begin; index < end; ++index) {
             auto& item = items_[index];
+            auto const& path = item.url.path();
             // The name is the end of the path, so a zero byte follows it.
-            auto const* name = item.url.lastPathComponent().data();
-            item.values = readResourceValues({ directory_, name, item.url.path() }, kinds_[index], keys_);
+            item.values = readResourceValues({ directory_, path.c_str() + prefix_.size(), path }, kinds_[index], keys_);
+            if (kinds_[index] == ItemKind::unknown && item.values.isDirectory == true)
+                item.url = FileURL(path, true);
         }
     }
 

@@ -72,10 +72,11 @@ ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, Resourc
     if (kind == ItemKind::link
         && (keys.contains(ResourceKey::aliasTargetIsDirectory) || keys.contains(ResourceKey::directoryIsApplication)))
         values.aliasTargetIsDirectory = leadsToDirectory(place);
-    bool const isOrLeadsToDirectory = kind == ItemKind::directory || values.aliasTargetIsDirectory.value_or(false);
     if (keys.contains(ResourceKey::isApplication)
-        || (keys.contains(ResourceKey::directoryIsApplication) && isOrLeadsToDirectory))
+        || (keys.contains(ResourceKey::directoryIsApplication) && kind == ItemKind::directory))
         values.isApplication = isApplication(place.path, kind);
+    else if (keys.contains(ResourceKey::directoryIsApplication) && values.aliasTargetIsDirectory.value_or(false))
+        values.isApplication = leadsToApplicationDirectory(place);
     return values;
 }
 

@@ -217,6 +217,74 @@ TEST_F(DirectoryListingTest, AnItemOfUnknownKindIsAsked)
     EXPECT_FALSE(values.contentModificationDate.has_value());
 }
 
+TEST_F(DirectoryListingTest, DirectoriesCanBeAskedForAlone)
+{
+    folder.folder("Mail.app");
+    folder.folder("Mail.app/inner");
+    folder.folder("plain");
+    folder.file("tool.desktop", "[Desktop Entry]\nType=Application\n");
+    folder.link("to app", "Mail.app");
+    folder.link("whole path", (folder / "Mail.app").path());
+    folder.link("to link", "to app");
+    folder.link("named.app", "plain");
+    folder.link("chain.app", "named.app");
+    folder.link("slash", "Mail.app/");
+    folder.link("link and slash", "to app/");
+    folder.link("dots", "Mail.app/inner/..");
+    folder.link("dot", "Mail.app/.");
+    folder.link("self", ".");
+    folder.link("to entry", "tool.desktop");
+    folder.link("dangling.app", "missing");
+
+    struct Row {
+        char const* name;
+        std::optional<bool> isApplication;
+    };
+    Row const rows[] = {
+        { "Mail.app", true },
+        { "plain", false },
+        { "tool.desktop", std::nullopt },
+        { "to app", true },
+        { "whole path", true },
+        { "to link", true },
+        { "named.app", false },
+        { "chain.app", false },
+        { "slash", true },
+        { "link and slash", true },
+        { "dots", true },
+        { "dot", true },
+        { "self", false },
+        { "to entry", std::nullopt },
+        { "dangling.app", std::nullopt },
+    };
+    auto const found = items(ResourceKey::isDirectory | ResourceKey::directoryIsApplication);
+    ASSERT_EQ(found.size(), std::size(rows));
+    for (auto const& row : rows) {
+        auto const& item = found.find(row.name)->second;
+        EXPECT_EQ(item.values.isApplication, row.isApplication) << row.name;
+        EXPECT_EQ(files.resourceValues(item.url, ResourceKey::directoryIsApplication).isApplication, row.isApplication)
+            << row.name << ", asked for alone";
+    }
+}
+
+// So many that several threads read the dates.
+TEST_F(DirectoryListingTest, EachOfManyItemsHasItsOwnDate)
+{
+    constexpr int count = 3000;
+    for (int i = 0; i < count; ++i) {
+        auto const path = (folder / std::to_string(i)).path();
+        ASSERT_EQ(::symlink("x", path.c_str()), 0);
+        setTime(FileURL(path), { .tv_sec = 1'000'000'000 + i, .tv_nsec = i });
+    }
+    auto const found = list(folder.url(), ResourceKey::contentModificationDate, HiddenItems::skipped);
+    ASSERT_EQ(found.size(), static_cast<std::size_t>(count));
+    for (auto const& item : found) {
+        auto const number = std::stoll(std::string(item.url.lastPathComponent()));
+        ASSERT_EQ(item.values.contentModificationDate.value().time_since_epoch().count(),
+            (1'000'000'000 + number) * 1'000'000'000 + number);
+    }
+}
+
 TEST_F(DirectoryListingTest, AMissingItemHasNoValues)
 {
     for (auto const& url : { folder / "missing", FileURL(), FileURL(std::string("/\0", 2)) }) {
