@@ -51,7 +51,7 @@ TEST_F(ChooseTest, AFolderOpensWhileNothingIsSelected)
 
 TEST_F(ChooseTest, AFolderDoesNotOpenWhileFilesAreSelected)
 {
-    context.finderSelection = { FileURL("/tmp/one"), FileURL("/tmp/two") };
+    context.finderSelection = { FileURL("/selected/one"), FileURL("/selected/two") };
     choose(MenuNodeKind::folder(url));
     EXPECT_TRUE(desktop.workspace.opened.empty());
 }

@@ -44,7 +44,7 @@ public:
         return static_cast<std::size_t>(std::count(questions.begin(), questions.end(), text));
     }
 
-    void selectTwoFiles() { selection = { FileURL("/tmp/first.txt"), FileURL("/tmp/second.txt") }; }
+    void selectTwoFiles() { selection = { FileURL("/selected/first.txt"), FileURL("/selected/second.txt") }; }
 
     static EventDescriptor reference(FileURL const& url)
     {

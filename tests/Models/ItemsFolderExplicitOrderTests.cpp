@@ -64,7 +64,7 @@ TEST_F(ItemsFolderExplicitOrderTest, TheOrderFileItselfIsNoEntry)
 TEST_F(ItemsFolderExplicitOrderTest, NamesAreThoseOnTheDisk)
 {
     listFiles({ "A", "01)B.app---z", "C---f", "D" });
-    context.finderSelection = { FileURL("/tmp/one") };
+    context.finderSelection = { FileURL("/selected/one") };
     orderFile(xmlArray({ "C---f", "01)B.app---z", "A---z", "B" }));
     EXPECT_EQ(titles(), (Titles { "C", "B", "A", "D" }));
 }

@@ -83,7 +83,7 @@ TEST_F(ItemsFolderVisibilityTest, CodesTieEntriesToTheSelection)
         { "Apps---a---f", false, true, false },
         { "Apps---a---C", true, false, true },
     };
-    std::vector<FileURL> const selection { FileURL("/tmp/one") };
+    std::vector<FileURL> const selection { FileURL("/selected/one") };
     for (auto const& row : rows) {
         context = {};
         EXPECT_EQ(isShown(row.name), row.withoutSelection) << row.name;
@@ -107,7 +107,7 @@ TEST_F(ItemsFolderVisibilityTest, ATemplateFolderIsAbsentWhileFilesAreSelected)
 {
     folder.folder("Templates---C");
     EXPECT_EQ(titles(), (Titles { "Templates" }));
-    context.finderSelection = { FileURL("/tmp/one") };
+    context.finderSelection = { FileURL("/selected/one") };
     EXPECT_TRUE(scan().empty());
 }
 
