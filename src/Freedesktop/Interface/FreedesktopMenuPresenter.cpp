@@ -46,7 +46,7 @@ void FreedesktopMenuPresenter::popUp(std::shared_ptr<Menu> menu, StatusItem* ite
         return;
 
     MenuTracking::HandlerScope const handler(tracking_);
-    auto& view = tracking_.begin(std::move(menu), icon);
+    auto& view = tracking_.begin(menu);
     view.refresh();
     QRect const anchor = icon.value_or(QRect(QCursor::pos(), QSize(0, 0)));
     view.popup(pointFrom(placeMenu(rectFrom(anchor), sizeFrom(view.sizeHint()), allScreens())));

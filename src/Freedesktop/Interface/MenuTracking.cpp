@@ -38,13 +38,12 @@ QStyle& MenuTracking::style()
     return *style_;
 }
 
-MenuView& MenuTracking::begin(std::shared_ptr<Menu> menu, std::optional<QRect> anchor)
+MenuView& MenuTracking::begin(std::shared_ptr<Menu> const& menu)
 {
     close();
     // Views that wait for their deletion still hold the style.
     if (style_ && !style_->isCurrent() && retired_.empty())
         style_.reset();
-    anchor_ = anchor;
     root_ = std::make_unique<MenuView>(*this, menu, menu, nullptr);
     return *root_;
 }
@@ -70,10 +69,10 @@ void MenuTracking::close()
 void MenuTracking::choose(std::shared_ptr<Menu> root, std::shared_ptr<MenuItem> item, Event event)
 {
     close();
-    auto run = [this, root = std::move(root), parent = item->menu(), item, event] {
+    auto run = [this, root = std::move(root), parent = item->menu(), chosen = std::move(item), event] {
         FreedesktopEvents::Scope const current(events_, event);
-        if (auto const action = item->action)
-            action(*item);
+        if (auto const action = chosen->action)
+            action(*chosen);
     };
     QMetaObject::invokeMethod(&context_, std::move(run), Qt::QueuedConnection);
 }
@@ -100,11 +99,10 @@ void MenuTracking::queueDeletion()
     QMetaObject::invokeMethod(&context_, deleteViews, Qt::QueuedConnection);
 }
 
-bool MenuTracking::pressedOutside(QPoint position)
+void MenuTracking::pressedOutside(QPoint position)
 {
     closingPress_ = position;
     sinceClosingPress_.start();
-    return anchor_ && anchor_->contains(position);
 }
 
 bool MenuTracking::wasJustClosedAt(QPoint position) const

@@ -6,10 +6,9 @@
 
 #include <QElapsedTimer>
 #include <QObject>
-#include <QRect>
+#include <QPoint>
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace marrowick {
@@ -43,9 +42,8 @@ public:
     /// The style of views that are made from here on.
     QStyle& style();
 
-    /// Makes the view of `menu`, filled, in the place of the one that is open, which closes first. `anchor` is what the
-    /// menu belongs to; a press there closes it and does nothing else.
-    MenuView& begin(std::shared_ptr<Menu> menu, std::optional<QRect> anchor);
+    /// Makes the view of `menu`, still empty, in the place of the one that is open, which closes first.
+    MenuView& begin(std::shared_ptr<Menu> const& menu);
 
     bool isOpen() const;
     void close();
@@ -60,8 +58,8 @@ public:
     /// Deletes `view` as soon as no view handles an event.
     void retire(std::unique_ptr<MenuView> view);
 
-    /// A mouse press at `position` that hits no open menu. True where it must not reach what lies there.
-    bool pressedOutside(QPoint position);
+    /// Tells of a mouse press at `position` that hits no open menu.
+    void pressedOutside(QPoint position);
 
     /// Whether the press that closed the last menu was made at `position` just before: its release is no second wish.
     bool wasJustClosedAt(QPoint position) const;
@@ -74,7 +72,6 @@ private:
     QObject context_;
     std::unique_ptr<MenuStyle> style_;
     std::unique_ptr<MenuView> root_;
-    std::optional<QRect> anchor_;
     std::vector<std::unique_ptr<MenuView>> retired_;
     int handlers_ = 0;
     QPoint closingPress_;

@@ -64,7 +64,7 @@ private:
     bool keyPressed(QKeyEvent& event);
     bool toolkitsOwn(QKeyEvent& event, KeyEvent const& keyEvent);
     bool typeAhead(QString const& typed);
-    void mousePressed(QMouseEvent& event);
+    void mousePressed(QMouseEvent const& event);
     bool showToolTip(QHelpEvent const& event);
 
     void fill();

@@ -153,18 +153,14 @@ bool MenuView::typeAhead(QString const& typed)
     return false;
 }
 
-void MenuView::mousePressed(QMouseEvent& event)
+void MenuView::mousePressed(QMouseEvent const& event)
 {
     QPoint const position = event.globalPosition().toPoint();
     for (auto* view = this; view; view = view->parentView()) {
         if (view->geometry().contains(position))
             return;
     }
-    if (!tracking_.pressedOutside(position))
-        return;
-    // Qt hands the press that closes a menu on to the window below, which would open the menu again.
-    for (auto* view = this; view; view = view->parentView())
-        view->setAttribute(Qt::WA_NoMouseReplay);
+    tracking_.pressedOutside(position);
 }
 
 bool MenuView::showToolTip(QHelpEvent const& event)

@@ -1,6 +1,7 @@
 #include "Freedesktop/Interface/MenuSession.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
 
@@ -10,7 +11,17 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class MenuPresenterTest : public MenuSession { };
+class MenuPresenterTest : public MenuSession {
+protected:
+    /// As an alert does.
+    static void serveEvents()
+    {
+        for (int i = 0; i < 20; ++i) {
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+};
 
 TEST_F(MenuPresenterTest, ShowsTheEntriesInOrder)
 {
@@ -191,6 +202,7 @@ TEST_F(MenuPresenterTest, TheRootMenuLivesUntilTheActionHasReturned)
     bool hasRun = false;
     {
         auto const inner = makeMenu({ "inside" }, [&](MenuItem& item) {
+            serveEvents();
             wasAlive = !root.expired() && item.menu();
             hasRun = true;
         });
@@ -269,11 +281,8 @@ TEST_F(MenuPresenterTest, AKeysActionMayCloseTheMenuAndServeEvents)
             if (event.charactersIgnoringModifiers != "i")
                 return platformsOwn();
             presenter_->cancelTracking();
-            // As an alert does: the views of the closed menu must outlive it, since this runs inside one of them.
-            for (int i = 0; i < 20; ++i) {
-                QCoreApplication::processEvents();
-                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-            }
+            // The views of the closed menu must outlive it, since this runs inside one of them.
+            serveEvents();
             EXPECT_FALSE(root.expired());
             hasRun = true;
             return true;
@@ -284,6 +293,51 @@ TEST_F(MenuPresenterTest, AKeysActionMayCloseTheMenuAndServeEvents)
     pressKey("i");
     ASSERT_TRUE(waitFor([&] { return hasRun; }));
     EXPECT_TRUE(waitFor([&] { return root.expired(); }));
+}
+
+TEST_F(MenuPresenterTest, ADeletionThatIsDueWaitsForAKeysAction)
+{
+    std::weak_ptr<Menu> root;
+    bool hasRun = false;
+    // The view of this one is to be deleted while the other's handles its key.
+    presenter_->popUp(makeMenu({ "earlier" }), nullptr);
+    {
+        auto const menu = makeMenu({ "one" });
+        root = menu;
+        menu->onKey = [&](KeyEvent const&, std::function<bool()> const&) {
+            presenter_->cancelTracking();
+            serveEvents();
+            EXPECT_FALSE(root.expired());
+            hasRun = true;
+            return true;
+        };
+        presenter_->popUp(menu, nullptr);
+    }
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_I, Qt::NoModifier, QStringLiteral("i"));
+    QCoreApplication::sendEvent(deepest(), &press);
+    EXPECT_TRUE(hasRun);
+    EXPECT_TRUE(waitFor([&] { return root.expired(); }));
+}
+
+TEST_F(MenuPresenterTest, AnEntryThatOpensAMenuHasAnArrow)
+{
+    auto const menu = makeMenu({ "one" });
+    addSubmenu(*menu, "folder", makeMenu({}));
+    auto& view = open(menu);
+    auto const hasDrawingAtItsEnd = [&view](std::string const& title) {
+        auto place = view.actionGeometry(&entry(view, title)).adjusted(0, 4, -4, -4);
+        place.setLeft(place.right() - 12);
+        auto const image = view.grab(place).toImage();
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixel(x, y) != image.pixel(0, 0))
+                    return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_FALSE(hasDrawingAtItsEnd("one"));
+    EXPECT_TRUE(hasDrawingAtItsEnd("folder"));
 }
 
 TEST_F(MenuPresenterTest, AKeysActionMayPopUpAnotherMenu)
