@@ -20,10 +20,6 @@ constexpr unsigned char shortRowOfCommons = 0x05;
 constexpr unsigned char fullRowOfCommons = 0x25;
 constexpr std::size_t commonsInFullRow = 33;
 
-// What ends a row of weights with one lead byte, by whether the next lead byte is lower or higher.
-constexpr unsigned char rowEndsBeforeLower = 0x03;
-constexpr unsigned char rowEndsBeforeHigher = 0xFF;
-
 // Numbers. All weights have one lead byte. The second byte tells the size class, so that a greater number has a greater
 // weight; small values are written in base 254 with digits from 2 on, great ones as pairs of decimal digits.
 constexpr std::uint32_t oneByteValues = 74;
@@ -73,27 +69,11 @@ public:
     {
     }
 
-    void addPlain(Weight weight)
-    {
-        endRow(weight.primary);
-        addBytes(weight.primary, weight.size);
-    }
-
-    void addCompressible(Weight weight)
-    {
-        if ((row_ >> 24) == (weight.primary >> 24)) {
-            addBytes(weight.primary << 8, weight.size - 1U);
-            return;
-        }
-        endRow(weight.primary);
-        addBytes(weight.primary, weight.size);
-        row_ = weight.primary;
-    }
+    void add(Weight weight) { addBytes(weight.primary, weight.size); }
 
     /// Adds the decimal number `digits`. Leading zeros do not count; a very long number is a row of shorter ones.
     void addNumber(std::string_view digits)
     {
-        endRow(numericLead_ << 24);
         while (!digits.empty()) {
             digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size() - 1));
             auto const segment = digits.substr(0, digitsInSegment);
@@ -128,14 +108,6 @@ private:
         std::memcpy(next_, &bytes, sizeof bytes);
         next_ += count;
         ++weights_;
-    }
-
-    void endRow(std::uint32_t nextPrimary)
-    {
-        if (row_ == 0)
-            return;
-        *next_++ = nextPrimary < row_ ? rowEndsBeforeLower : rowEndsBeforeHigher;
-        row_ = 0;
     }
 
     /// False when the value is too great to be written as such.
@@ -198,8 +170,6 @@ private:
     unsigned char* start_;
     unsigned char* next_;
     std::uint32_t numericLead_;
-    /// The weight that began the row of weights with one lead byte that is being written; zero outside such a row.
-    std::uint32_t row_ = 0;
     std::size_t weights_ = 0;
 };
 
@@ -260,13 +230,14 @@ AsciiSortKeys::Weight AsciiSortKeys::learnWeight(UCollator const* collator, unsi
     if (primary.size() > 4 || single != keyWithCommons(primary, 1))
         return {};
 
-    Weight weight { .size = static_cast<std::uint8_t>(primary.size()) };
+    // Neighbours that share a lead byte may be written with one for all. That is seen at the doubled character, and is
+    // never so for a weight of one byte (where the doubled character may also be a contraction).
+    if (primary.size() > 1 && doubled != keyWithCommons(primary + primary, 2))
+        return {};
+
+    Weight weight { .size = static_cast<std::uint8_t>(primary.size()), .form = Form::plain };
     for (std::size_t i = 0; i < primary.size(); ++i)
         weight.primary |= static_cast<std::uint32_t>(static_cast<unsigned char>(primary[i])) << (24 - 8 * i);
-    if (doubled == keyWithCommons(primary + primary, 2))
-        weight.form = Form::plain;
-    else if (doubled == keyWithCommons(primary + primary.substr(1), 2))
-        weight.form = Form::compressible;
     return weight;
 }
 
@@ -317,10 +288,7 @@ std::size_t AsciiSortKeys::write(std::string_view text, unsigned char* key) cons
         case Form::ignorable:
             break;
         case Form::plain:
-            writer.addPlain(weight);
-            break;
-        case Form::compressible:
-            writer.addCompressible(weight);
+            writer.add(weight);
             break;
         case Form::digit: {
             auto end = i + 1;

@@ -39,8 +39,6 @@ private:
         ignorable,
         digit,
         plain,
-        /// Its lead byte is written once for a row of neighbours that share it.
-        compressible,
     };
 
     struct Weight {

@@ -32,15 +32,6 @@ bool isDirectory(FileURL const& url)
     return status && S_ISDIR(status->st_mode);
 }
 
-Error creationError(int number, FileURL const& url)
-{
-    auto error = fileError(number, "Could not create the folder", url);
-    // An item that is no folder stands in the way, at the last name or before it.
-    if (number == ENOTDIR)
-        error.kind = ErrorKind::alreadyExists;
-    return error;
-}
-
 /// The start of `path` that ends before the slash at or after `position`, and the whole path when there is none.
 std::size_t endOfComponent(std::string const& path, std::size_t position)
 {
@@ -81,9 +72,10 @@ std::optional<FileIdentity> FreedesktopFileManager::identity(FileURL const& url)
 
 Result<void> FreedesktopFileManager::createDirectory(FileURL const& url) const
 {
+    constexpr char what[] = "Could not create the folder";
     auto const& path = url.path();
     if (path.empty() || !isSystemPath(url))
-        return creationError(ENOENT, url);
+        return fileError(ENOENT, what, url);
     if (isDirectory(url))
         return {};
     std::size_t end = 0;
@@ -94,7 +86,7 @@ Result<void> FreedesktopFileManager::createDirectory(FileURL const& url) const
             continue;
         int const number = errno;
         if (!isDirectory(level))
-            return creationError(number, url);
+            return fileError(number, what, url);
     } while (end < path.size());
     return {};
 }

@@ -235,6 +235,9 @@ TEST(AsciiSortKeys, LeaveContractionsToTheLibrary)
     EXPECT_EQ(ownKey(keys, "chata"), "");
     EXPECT_EQ(ownKey(keys, "ARCHIV"), "");
     EXPECT_NE(ownKey(keys, "c-h"), "");
+    AsciiSortKeys const danish(collatorFor("da").get());
+    EXPECT_EQ(ownKey(danish, "Aalborg"), "");
+    EXPECT_NE(ownKey(danish, "Anna"), "");
     EXPECT_NE(ownKey(keys, "hc"), "");
 }
 
