@@ -69,10 +69,11 @@ void MenuTracking::close()
 void MenuTracking::choose(std::shared_ptr<Menu> root, std::shared_ptr<MenuItem> item, Event event)
 {
     close();
-    auto run = [this, root = std::move(root), parent = item->menu(), chosen = std::move(item), event] {
+    auto parent = item->menu();
+    auto run = [this, root = std::move(root), parent = std::move(parent), item = std::move(item), event] {
         FreedesktopEvents::Scope const current(events_, event);
-        if (auto const action = chosen->action)
-            action(*chosen);
+        if (auto const action = item->action)
+            action(*item);
     };
     QMetaObject::invokeMethod(&context_, std::move(run), Qt::QueuedConnection);
 }
