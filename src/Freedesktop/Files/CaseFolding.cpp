@@ -45,29 +45,22 @@ std::u16string caseFolded(std::u16string const& text, bool turkicCases)
     });
 }
 
-struct Normalizers {
-    UNormalizer2 const* decomposing = nullptr;
-    UNormalizer2 const* composing = nullptr;
-
-    static Normalizers const& shared()
-    {
-        static Normalizers const normalizers = [] {
-            UErrorCode error = U_ZERO_ERROR;
-            Normalizers made { .decomposing = unorm2_getNFDInstance(&error),
-                .composing = unorm2_getNFCInstance(&error) };
-            return U_SUCCESS(error) ? made : Normalizers {};
-        }();
-        return normalizers;
-    }
-};
+UNormalizer2 const* composingNormalizer()
+{
+    static UNormalizer2 const* const normalizer = [] {
+        UErrorCode error = U_ZERO_ERROR;
+        auto const* instance = unorm2_getNFCInstance(&error);
+        return U_SUCCESS(error) ? instance : nullptr;
+    }();
+    return normalizer;
+}
 
 /// The text by which texts that differ in case and encoding only are equal. Composed, because a letter is not to be
-/// found in the same letter with an accent.
-std::u16string comparable(std::string_view text, Normalizers const& normalizers, bool turkicCases)
+/// found in the same letter with an accent; composed before too, because the dotted capital I is a letter of its own in
+/// Turkish.
+std::u16string comparable(std::string_view text, UNormalizer2 const* normalizer, bool turkicCases)
 {
-    // Case folding is defined on decomposed texts, but for the dotted capital I, which is a letter of its own there.
-    auto const* form = turkicCases ? normalizers.composing : normalizers.decomposing;
-    return normalized(caseFolded(normalized(utf16Of(text), form), turkicCases), normalizers.composing);
+    return normalized(caseFolded(normalized(utf16Of(text), normalizer), turkicCases), normalizer);
 }
 
 /// Whether a character may begin at `position`: no accent or other part that belongs to what is before it.
@@ -84,16 +77,15 @@ bool isBoundary(std::u16string const& text, std::size_t position, UNormalizer2 c
 
 bool containsIgnoringCase(std::string_view text, std::string_view fragment, bool turkicCases)
 {
-    auto const& normalizers = Normalizers::shared();
-    if (fragment.empty() || !normalizers.composing)
+    auto const* normalizer = composingNormalizer();
+    if (fragment.empty() || !normalizer)
         return false;
-    auto const whole = comparable(text, normalizers, turkicCases);
-    auto const part = comparable(fragment, normalizers, turkicCases);
+    auto const whole = comparable(text, normalizer, turkicCases);
+    auto const part = comparable(fragment, normalizer, turkicCases);
     if (part.empty())
         return false;
     for (auto found = whole.find(part); found != std::u16string::npos; found = whole.find(part, found + 1)) {
-        if (isBoundary(whole, found, normalizers.composing)
-            && isBoundary(whole, found + part.size(), normalizers.composing))
+        if (isBoundary(whole, found, normalizer) && isBoundary(whole, found + part.size(), normalizer))
             return true;
     }
     return false;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
@@ -265,6 +266,20 @@ TEST_F(DirectoryListingTest, DirectoriesCanBeAskedForAlone)
         EXPECT_EQ(files.resourceValues(item.url, ResourceKey::directoryIsApplication).isApplication, row.isApplication)
             << row.name << ", asked for alone";
     }
+}
+
+TEST_F(DirectoryListingTest, ARelativeLinkIsNotSeenFromTheWorkingFolder)
+{
+    folder.folder("target");
+    folder.folder("below");
+    folder.folder("below/real.app");
+    folder.link("below/target", "real.app");
+    auto const link = folder.link("below/link", "target");
+    auto const previous = std::filesystem::current_path();
+    std::filesystem::current_path(folder.url().path());
+    auto const values = files.resourceValues(link, ResourceKey::directoryIsApplication);
+    std::filesystem::current_path(previous);
+    EXPECT_EQ(values.isApplication, true);
 }
 
 // So many that several threads read the dates.

@@ -123,6 +123,10 @@ TEST_F(FreedesktopCollationTest, ContainmentCountsAccentsAndWholeCharacters)
     // x has no accented form of its own.
     EXPECT_FALSE(root.containsCaseInsensitively("ax\xCC\x82z", "x"));
     EXPECT_TRUE(root.containsCaseInsensitively("ax\xCC\x82xz", "xz"));
+    EXPECT_FALSE(root.containsCaseInsensitively("x\xCC\x82z", "\xCC\x82z"));
+    EXPECT_TRUE(root.containsCaseInsensitively("J\xCC\x8C", "\xC7\xB0"));
+    // A Hangul syllable is not found in the syllable with one more letter.
+    EXPECT_FALSE(root.containsCaseInsensitively("\xEA\xB0\x81", "\xEA\xB0\x80"));
     EXPECT_TRUE(root.containsCaseInsensitively("stra\xC3\x9F"
                                                "e",
         "STRASSE"));

@@ -222,16 +222,23 @@ TEST(FreedesktopLog, WaitsForAReaderThatIsSlow)
 
 TEST(FreedesktopLog, NoFileTakesThePlaceOfAClosedStandardError)
 {
-    EXPECT_EQ(statusOfChild([] {
-        ::close(STDERR_FILENO);
-        FreedesktopLog log;
-        int const file = ::fileno(std::tmpfile());
-        log.write("must not land in the file");
-        char byte;
-        if (file == STDERR_FILENO || ::pread(file, &byte, 1, 0) != 0)
-            ::_exit(3);
-    }),
-        0);
+    // Also where the next free place is another one.
+    for (bool const alsoInput : { false, true }) {
+        EXPECT_EQ(statusOfChild([&] {
+            ::close(STDERR_FILENO);
+            if (alsoInput)
+                ::close(STDIN_FILENO);
+            FreedesktopLog log;
+            std::FILE* const files[] = { std::tmpfile(), std::tmpfile() };
+            log.write("must not land in a file");
+            char byte;
+            for (std::FILE* const file : files) {
+                if (::fileno(file) == STDERR_FILENO || ::pread(::fileno(file), &byte, 1, 0) != 0)
+                    ::_exit(3);
+            }
+        }),
+            0);
+    }
     EXPECT_EQ(statusOfChild([] {
         FreedesktopLog log;
         ::close(STDERR_FILENO);
