@@ -25,3 +25,7 @@ find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
+
+# clang-tidy takes the nearest configuration above a file: what the build generates is nobody's to mend. It wants one
+# check at least.
+file(WRITE ${CMAKE_BINARY_DIR}/.clang-tidy "Checks: '-*,llvm-twine-local'\nInheritParentConfig: false\n")
