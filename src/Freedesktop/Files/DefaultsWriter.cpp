@@ -32,7 +32,10 @@ std::optional<std::string> writeNow(DConfClient* client, std::string const& path
         survivePartingOfBus();
     if (isWritten)
         return std::nullopt;
-    return error ? error->message : "no reason given";
+    if (!error)
+        return "no reason given";
+    g_dbus_error_strip_remote_error(error);
+    return error->message;
 }
 
 }

@@ -2,7 +2,10 @@
 
 #include "Freedesktop/Files/DefaultsWriter.h"
 
+#include <algorithm>
+#include <cstring>
 #include <dconf.h>
+#include <mutex>
 
 namespace marrowick {
 
@@ -71,6 +74,24 @@ GVariantOwner variantOf(DefaultsValue const& value)
     return GVariantOwner(variant ? g_variant_ref_sink(variant) : nullptr);
 }
 
+GLogWriterOutput writeUnlessFromSettings(GLogLevelFlags level, GLogField const* fields, gsize count, gpointer data)
+{
+    bool const isFromSettings = std::any_of(fields, fields + count, [](GLogField const& field) {
+        return std::strcmp(field.key, "GLIB_DOMAIN") == 0
+            && std::strcmp(static_cast<char const*>(field.value), "dconf") == 0;
+    });
+    return isFromSettings ? G_LOG_WRITER_HANDLED : g_log_writer_default(level, fields, count, data);
+}
+
+/// Keeps the settings library from writing to standard error. In a home that cannot be written to it complains at every
+/// read, though reading works; what a user should know the store itself says, once. The toolkit takes one writer for the
+/// whole life of the process.
+void silenceSettingsLibrary()
+{
+    static std::once_flag once;
+    std::call_once(once, [] { g_log_set_writer_func(writeUnlessFromSettings, nullptr, nullptr); });
+}
+
 }
 
 struct FreedesktopDefaultsStore::Database {
@@ -82,6 +103,7 @@ FreedesktopDefaultsStore::FreedesktopDefaultsStore(Log& log)
     : log_(log)
     , database_(std::make_unique<Database>())
 {
+    silenceSettingsLibrary();
 }
 
 FreedesktopDefaultsStore::~FreedesktopDefaultsStore() = default;

@@ -294,6 +294,26 @@ TEST(ReplacedBus, IsWrittenToAndTheProcessOutlivesTheFirst)
     EXPECT_EQ(stored, DefaultsValue(true));
 }
 
+TEST(NoRuntimeFolder, ReadingIsSilentInAHomeThatCannotBeWrittenTo)
+{
+    std::filesystem::path const cache = std::getenv("XDG_CACHE_HOME");
+    std::filesystem::remove_all(cache);
+    std::ofstream(cache) << "in the way";
+    ::unsetenv("XDG_RUNTIME_DIR");
+    leaveTheBus();
+    FakeLog log;
+    testing::internal::CaptureStderr();
+    {
+        FreedesktopDefaultsStore store(log);
+        EXPECT_EQ(store.object("key"), std::nullopt);
+        EXPECT_EQ(store.object("other"), std::nullopt);
+        store.set("key", true);
+        EXPECT_EQ(store.object("key"), std::nullopt);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(log.lines().size(), 1U);
+}
+
 TEST(NoPlaceForSettings, AFailedWriteIsSaidOnceAndNothingIsStored)
 {
     // A file where the database's folder would be keeps even the superuser from making it.
@@ -307,7 +327,8 @@ TEST(NoPlaceForSettings, AFailedWriteIsSaidOnceAndNothingIsStored)
     store.set("key", true);
     store.set("key", false);
     EXPECT_EQ(store.object("key"), std::nullopt);
-    EXPECT_EQ(log.lines().size(), 1U);
+    ASSERT_EQ(log.lines().size(), 1U);
+    EXPECT_EQ(log.lines()[0].find("GDBus"), std::string::npos) << log.lines()[0];
 }
 
 }
