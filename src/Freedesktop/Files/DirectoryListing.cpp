@@ -6,6 +6,7 @@
 #include "Freedesktop/Files/ItemValues.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
@@ -27,6 +28,8 @@ constexpr std::size_t bufferSize = 96 * 1024;
 
 /// Starting a thread takes as long as asking for some dozens of dates.
 constexpr std::size_t fewestItemsForThread = 1000;
+
+constexpr std::size_t itemsTakenAtOnce = 128;
 
 class DirectoryReader {
 public:
@@ -64,24 +67,26 @@ public:
         }
     }
 
-    /// Reads the values of the items read so far, those of many items on two threads when each of them costs a system
-    /// call.
+    /// Reads the values of the items read so far; where each of many costs a system call, on two threads. Both take the
+    /// next items that nobody has taken, so that neither waits long for one that the machine keeps from running.
     void readValues()
     {
-        auto const count = items_.size();
-        bool const isWorthThread
-            = count >= fewestItemsForThread && keys_.contains(ResourceKey::contentModificationDate);
-        auto const middle = isWorthThread ? count / 2 : 0;
-        std::thread firstHalf;
-        try {
-            if (isWorthThread)
-                firstHalf = std::thread([this, middle] { readValues(0, middle); });
-        } catch (std::system_error const&) {
-            readValues(0, middle);
+        std::atomic<std::size_t> next = 0;
+        auto const takeItems = [&] {
+            for (std::size_t begin; (begin = next.fetch_add(itemsTakenAtOnce)) < items_.size();)
+                readValues(begin, std::min(begin + itemsTakenAtOnce, items_.size()));
+        };
+        std::thread helper;
+        if (items_.size() >= fewestItemsForThread && keys_.contains(ResourceKey::contentModificationDate)) {
+            try {
+                helper = std::thread(takeItems);
+            } catch (std::system_error const&) {
+                // There is no other thread to be had, so this one does all.
+            }
         }
-        readValues(middle, count);
-        if (firstHalf.joinable())
-            firstHalf.join();
+        takeItems();
+        if (helper.joinable())
+            helper.join();
     }
 
     std::vector<ListedItem> takeItems()
