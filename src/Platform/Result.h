@@ -14,6 +14,7 @@ enum class ErrorKind {
     noPermission,
     notRegularFile,
     tooLarge,
+    intoItself,
     other,
 };
 

@@ -30,6 +30,9 @@ public:
     bool isOpen() const { return descriptor_ >= 0; }
     int get() const { return descriptor_; }
 
+    /// Gives the open file up to the caller.
+    int release() { return std::exchange(descriptor_, -1); }
+
 private:
     int descriptor_;
 };
