@@ -1,0 +1,178 @@
+#include "Freedesktop/Transfer/TransferTest.h"
+
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace marrowick {
+
+namespace {
+
+using FailureTest = TransferTest;
+using Names = std::vector<std::string>;
+
+}
+
+TEST_F(FailureTest, FullFileSystemIsLeftAsItWas)
+{
+    SKIP_UNLESS_ROOT_MAY_MOUNT();
+    auto const full = folder.folder("full");
+    Mount const mount("tmpfs", full, "size=1m");
+    folder.file("full/before", "before");
+    auto const large = folder.file("large", std::string(2 << 20, 'x'));
+    auto const tree = folder.folder("tree");
+    for (int number = 0; number < 20; ++number)
+        folder.file("tree/" + std::to_string(number), std::string(100000, 'x'));
+    for (auto const& item : { large, tree }) {
+        auto const to = full.appendingPathComponent("item");
+        EXPECT_NE(messageOf(transfer.copyItem(item, to)).find(": No space left on device."), std::string::npos);
+        EXPECT_NE(messageOf(transfer.moveItem(item, to)).find(": No space left on device."), std::string::npos);
+        EXPECT_EQ(namesIn(full), Names { "before" });
+    }
+    EXPECT_EQ(contentOf(large).size(), 2U << 20);
+    EXPECT_EQ(namesIn(tree).size(), 20U);
+    EXPECT_EQ(messageOf(transfer.copyItem(large, full.appendingPathComponent("item"))),
+        "Could not copy \u201Clarge\u201D: No space left on device.");
+}
+
+TEST_F(FailureTest, ReadOnlyFileSystemIsNamed)
+{
+    SKIP_UNLESS_ROOT_MAY_MOUNT();
+    auto const readOnly = folder.folder("read-only");
+    auto const item = folder.file("item", "item");
+    Mount const mount("tmpfs", readOnly, "size=1m");
+    folder.file("read-only/here", "here");
+    ASSERT_EQ(::mount("none", readOnly.path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    auto const to = readOnly.appendingPathComponent("item");
+    EXPECT_EQ(messageOf(transfer.copyItem(item, to)), "Could not copy \u201Citem\u201D: Read-only file system.");
+    EXPECT_EQ(messageOf(transfer.moveItem(item, to)), "Could not move \u201Citem\u201D: Read-only file system.");
+    EXPECT_EQ(
+        messageOf(transfer.createAlias(to, item)), "Could not make the alias \u201Citem\u201D: Read-only file system.");
+    // Nothing is copied that could not be taken away afterwards.
+    EXPECT_EQ(messageOf(transfer.moveItem(readOnly.appendingPathComponent("here"), elsewhere / "here")),
+        "Could not move \u201Chere\u201D: Read-only file system.");
+    EXPECT_EQ(namesIn(elsewhere.url()), Names {});
+    EXPECT_EQ(messageOf(transfer.copyItem(readOnly.appendingPathComponent("here"), elsewhere / "here")), "done");
+}
+
+TEST_F(FailureTest, FolderThatMayNotBeWrittenIsLeftAlone)
+{
+    auto const item = folder.file("item", "item");
+    auto const closed = folder.folder("closed");
+    ASSERT_EQ(::chmod(closed.path().c_str(), 0555), 0);
+    ASSERT_EQ(::chmod(folder.url().path().c_str(), 0777), 0);
+    EXPECT_EQ(asUserWithoutPrivileges([&] { return messageOf(transfer.copyItem(item, folder / "closed/item")); }),
+        "Could not copy \u201Citem\u201D: Permission denied.");
+    EXPECT_EQ(asUserWithoutPrivileges([&] { return messageOf(transfer.moveItem(item, folder / "closed/item")); }),
+        "Could not move \u201Citem\u201D: Permission denied.");
+    EXPECT_EQ(namesIn(closed), Names {});
+    EXPECT_EQ(contentOf(item), "item");
+}
+
+TEST_F(FailureTest, UnreadableFileInATreeIsNamedAndNothingStays)
+{
+    auto const tree = makeTree();
+    ASSERT_EQ(::chmod((folder / "tree/inner/second").path().c_str(), 0), 0);
+    ASSERT_EQ(::chmod(elsewhere.url().path().c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(folder.url().path().c_str(), 0777), 0);
+    EXPECT_EQ(asUserWithoutPrivileges([&] { return messageOf(transfer.copyItem(tree, elsewhere / "copy")); }),
+        "Could not copy \u201Csecond\u201D: Permission denied.");
+    EXPECT_EQ(namesIn(elsewhere.url()), Names {});
+}
+
+TEST_F(FailureTest, TreeThatCouldNotBeTakenAwayIsNotMovedAcross)
+{
+    ASSERT_EQ(::chmod(elsewhere.url().path().c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(folder.url().path().c_str(), 0777), 0);
+    auto const tree = makeTree();
+    ASSERT_EQ(::chmod((folder / "tree/inner").path().c_str(), 0555), 0);
+    if (::geteuid() == 0) {
+        ASSERT_EQ(runCommand({ "chown", "-R", "65534:65534", tree.path() }).status, 0);
+    }
+    EXPECT_EQ(asUserWithoutPrivileges([&] { return messageOf(transfer.moveItem(tree, elsewhere / "moved")); }),
+        "Could not move \u201Cinner\u201D: Permission denied.");
+    EXPECT_TRUE(isWholeTree(tree));
+    EXPECT_EQ(namesIn(elsewhere.url()), Names {});
+    ASSERT_EQ(::chmod((folder / "tree/inner").path().c_str(), 0755), 0);
+}
+
+TEST_F(FailureTest, OthersItemInAStickyFolderIsNotMovedAcross)
+{
+    SKIP_UNLESS_ROOT();
+    ASSERT_EQ(::chmod(elsewhere.url().path().c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(folder.url().path().c_str(), 01777), 0);
+    auto const item = folder.file("item", "item");
+    EXPECT_EQ(asUserWithoutPrivileges([&] { return messageOf(transfer.moveItem(item, elsewhere / "moved")); }),
+        "Could not move \u201Citem\u201D: Operation not permitted.");
+    EXPECT_EQ(contentOf(item), "item");
+    EXPECT_EQ(namesIn(elsewhere.url()), Names {});
+}
+
+TEST_F(FailureTest, QuotaIsNamed)
+{
+    auto const tree = makeTree();
+    auto const ended
+        = runCommand({ "strace", "-f", "-qq", "-o", "/dev/null", "-e", "inject=pwrite64,copy_file_range:error=EDQUOT",
+            TRANSFER_PROGRAM, "move", tree.path(), (elsewhere / "moved").path() });
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.output.find(": Disk quota exceeded."), std::string::npos) << ended.output;
+    EXPECT_TRUE(isWholeTree(tree));
+    EXPECT_EQ(namesIn(elsewhere.url()), Names {});
+}
+
+TEST_F(FailureTest, ErrorThatOnlyClosingTellsCounts)
+{
+    auto const item = folder.file("item", "item");
+    auto const log = (folder / "log").path();
+    // Which close it is that ends the copy is seen first.
+    ASSERT_EQ(runCommand({ "strace", "-qq", "-o", log, "-e", "trace=utimensat,close", TRANSFER_PROGRAM, "copy",
+                             item.path(), (folder / "first").path() })
+                  .status,
+        0);
+    auto const calls = contentOf(folder / "log");
+    auto const before = calls.substr(0, calls.find("utimensat("));
+    int closes = 0;
+    for (auto position = before.find("close("); position != std::string::npos;
+         position = before.find("close(", position + 1))
+        ++closes;
+    auto const ended = runCommand(
+        { "strace", "-qq", "-o", "/dev/null", "-e", "inject=close:error=EIO:when=" + std::to_string(closes + 1),
+            TRANSFER_PROGRAM, "move", item.path(), (elsewhere / "moved").path() });
+    EXPECT_EQ(ended.output, "Could not move \u201Citem\u201D: Input/output error.\n");
+    EXPECT_EQ(contentOf(item), "item");
+    EXPECT_EQ(namesIn(elsewhere.url()), Names {});
+}
+
+TEST_F(FailureTest, FileThatGrowsMeanwhileIsNotTaken)
+{
+    auto const item = folder.file("item", std::string(1 << 20, 'x'));
+    // A child that appends while the copy waits before its first look at the finished data.
+    auto const ended = runCommand({ "bash", "-c",
+        "( sleep 0.3; printf more >>\"$1\" ) & strace -f -qq -o /dev/null -e inject=copy_file_range:delay_enter=800000 "
+        "\"$2\" move \"$1\" \"$3\"; status=$?; wait; exit $status",
+        "race", item.path(), TRANSFER_PROGRAM, (elsewhere / "moved").path() });
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.output, "Could not move \u201Citem\u201D: It has changed meanwhile.\n");
+    EXPECT_EQ(contentOf(item).size(), (1U << 20) + 4);
+    EXPECT_EQ(namesIn(elsewhere.url()), Names {});
+}
+
+TEST_F(FailureTest, WhatWasAddedAfterTheCopyStays)
+{
+    auto const tree = makeTree();
+    auto const ended = runCommand({ "bash", "-c",
+        "( sleep 0.4; echo more >\"$1/inner/more\"; echo changed >\"$1/first\" ) & "
+        "strace -f -qq -o /dev/null -e inject=syncfs:delay_enter=900000:when=1 \"$2\" move \"$1\" \"$3\"; status=$?; "
+        "wait; "
+        "exit $status",
+        "race", tree.path(), TRANSFER_PROGRAM, (elsewhere / "moved").path() });
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.output.find("The copy is complete, but could not remove"), std::string::npos) << ended.output;
+    EXPECT_NE(ended.output.find(": It has changed meanwhile."), std::string::npos) << ended.output;
+    EXPECT_TRUE(isWholeTree(elsewhere / "moved"));
+    EXPECT_EQ(contentOf(folder / "tree/inner/more"), "more\n");
+    EXPECT_EQ(contentOf(folder / "tree/first"), "changed\n");
+    EXPECT_FALSE(isThere(folder / "tree/inner/second"));
+}
+
+}
