@@ -10,6 +10,31 @@
 
 namespace marrowick {
 
+namespace {
+
+/// While it lives, what is begun is answered from a context other than the program's event loop.
+class AnsweredFrom {
+public:
+    explicit AnsweredFrom(GMainContext* context)
+        : context_(context)
+    {
+        if (context_)
+            g_main_context_push_thread_default(context_);
+    }
+    ~AnsweredFrom()
+    {
+        if (context_)
+            g_main_context_pop_thread_default(context_);
+    }
+    AnsweredFrom(AnsweredFrom const&) = delete;
+    AnsweredFrom& operator=(AnsweredFrom const&) = delete;
+
+private:
+    GMainContext* context_;
+};
+
+}
+
 /// A call on its way, and what follows it.
 struct SessionBus::PendingCall {
     std::shared_ptr<State> state;
@@ -25,6 +50,7 @@ struct SessionBus::PendingCall {
 };
 
 struct SessionBus::State {
+    GMainContext* context = nullptr;
     GObjectOwner<GCancellable> cancellable { g_cancellable_new() };
     /// Kept from the first call on: asking for it anew each time could change the order of calls.
     GObjectOwner<GDBusConnection> connection;
@@ -39,9 +65,10 @@ void SessionBus::PendingCall::finish(GVariant* answer, GError const* error) cons
         done(answer, error);
 }
 
-SessionBus::SessionBus()
+SessionBus::SessionBus(GMainContext* context)
     : state_(std::make_shared<State>())
 {
+    state_->context = context;
 }
 
 SessionBus::~SessionBus()
@@ -49,6 +76,9 @@ SessionBus::~SessionBus()
     state_->hasEnded = true;
     state_->waiting.clear();
     g_cancellable_cancel(state_->cancellable.get());
+    // What was cancelled holds the state until its end is delivered, which nobody else does in a context of its own.
+    while (state_->context && state_.use_count() > 1)
+        g_main_context_iteration(state_->context, TRUE);
 }
 
 void SessionBus::PendingCall::connected(GObject*, GAsyncResult* result, void* data)
@@ -76,6 +106,7 @@ void SessionBus::PendingCall::send(std::unique_ptr<PendingCall> pending)
     auto* const connection = pending->state->connection.get();
     auto* const cancellable = pending->state->cancellable.get();
     auto* const arguments = pending->arguments.get();
+    AnsweredFrom const scope(pending->state->context);
     g_dbus_connection_call(connection, call.destination.c_str(), call.path.c_str(), call.interface.c_str(),
         call.method.c_str(), arguments, nullptr, G_DBUS_CALL_FLAGS_NONE, call.timeoutMilliseconds, cancellable,
         answered, pending.release());
@@ -117,9 +148,11 @@ void SessionBus::call(BusCall call, Done done)
         return;
     }
     state_->waiting.push_back(std::move(pending));
-    if (state_->waiting.size() == 1)
-        g_bus_get(
-            G_BUS_TYPE_SESSION, state_->cancellable.get(), PendingCall::connected, new std::shared_ptr<State>(state_));
+    if (state_->waiting.size() > 1)
+        return;
+    AnsweredFrom const scope(state_->context);
+    g_bus_get(
+        G_BUS_TYPE_SESSION, state_->cancellable.get(), PendingCall::connected, new std::shared_ptr<State>(state_));
 }
 
 }

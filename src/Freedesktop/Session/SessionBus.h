@@ -23,7 +23,8 @@ struct BusCall {
 /// object. Main thread only.
 class SessionBus {
 public:
-    SessionBus();
+    /// The answers come from `context`, which must outlive the object; null stands for the program's event loop.
+    explicit SessionBus(GMainContext* context = nullptr);
     ~SessionBus();
     SessionBus(SessionBus const&) = delete;
     SessionBus& operator=(SessionBus const&) = delete;

@@ -14,8 +14,11 @@ namespace {
 constexpr std::array<std::string_view, static_cast<std::size_t>(XAtom::count)> atomNames {
     "_NET_ACTIVE_WINDOW",
     "_NET_CLIENT_LIST",
+    "_NET_CLIENT_LIST_STACKING",
+    "_NET_CURRENT_DESKTOP",
     "_NET_SUPPORTED",
     "_NET_SUPPORTING_WM_CHECK",
+    "_NET_WM_DESKTOP",
     "_NET_WM_PID",
     "_NET_WM_STATE",
     "_NET_WM_STATE_HIDDEN",

@@ -19,8 +19,11 @@ namespace marrowick {
 enum class XAtom : std::uint8_t {
     netActiveWindow,
     netClientList,
+    netClientListStacking,
+    netCurrentDesktop,
     netSupported,
     netSupportingWMCheck,
+    netWMDesktop,
     netWMPID,
     netWMState,
     netWMStateHidden,

@@ -107,8 +107,8 @@ void TestDisplay::announceActive(xcb_window_t active)
 
 void TestDisplay::withdraw()
 {
-    for (auto const* property :
-        { "_NET_CLIENT_LIST", "_NET_ACTIVE_WINDOW", "_NET_SUPPORTED", "_NET_SUPPORTING_WM_CHECK" })
+    for (auto const* property : { "_NET_CLIENT_LIST", "_NET_CLIENT_LIST_STACKING", "_NET_ACTIVE_WINDOW",
+             "_NET_SUPPORTED", "_NET_SUPPORTING_WM_CHECK" })
         remove(root_, property);
     synchronise();
 }
