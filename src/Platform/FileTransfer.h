@@ -23,7 +23,7 @@ public:
     /// attributes, hard links among the copied files, and holes; links are copied as links.
     virtual Result<void> copyItem(FileURL const& at, FileURL const& to) = 0;
 
-    /// Makes an alias at `at` that leads to `to`, which need not be reached at that moment.
+    /// Makes an alias at `at` that leads to the item at `to`; without an item there it is an error.
     virtual Result<void> createAlias(FileURL const& at, FileURL const& to) = 0;
 
     /// Removes an item, a folder with all that it holds; of a link only the link. What could not be removed stays.

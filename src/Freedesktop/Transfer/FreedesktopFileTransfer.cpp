@@ -212,6 +212,9 @@ Result<void> FreedesktopFileTransfer::createAlias(FileURL const& at, FileURL con
         return fileError(place.openError, what, at);
     if (!isSystemPath(to))
         return fileError(EINVAL, what, at);
+    struct stat item { };
+    if (::lstat(to.path().c_str(), &item) != 0)
+        return fileError(errno, "Could not make an alias of", to);
     removeStaleTemporaryItems(place.folder.get());
     if (::symlinkat(to.path().c_str(), place.folder.get(), place.name.c_str()) == 0)
         return {};

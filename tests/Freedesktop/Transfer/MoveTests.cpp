@@ -159,11 +159,23 @@ TEST_F(MoveTest, ZeroByteInANameIsAnError)
     EXPECT_EQ(namesIn(folder.url()), Names { "item" });
 }
 
-TEST_F(MoveTest, AliasLeadsWhereItWasTold)
+TEST_F(MoveTest, AliasLeadsToItsItem)
 {
-    EXPECT_EQ(messageOf(transfer.createAlias(folder / "alias", folder / "later")), "done");
-    folder.file("later", "there");
+    auto const item = folder.file("item", "there");
+    EXPECT_EQ(messageOf(transfer.createAlias(folder / "alias", item)), "done");
     EXPECT_EQ(contentOf(folder / "alias"), "there");
+    auto const dangling = folder.link("dangling", "nowhere");
+    EXPECT_EQ(messageOf(transfer.createAlias(folder / "another", dangling)), "done");
+    EXPECT_TRUE(isThere(folder / "another"));
+}
+
+TEST_F(MoveTest, AliasOfAnItemThatIsNotThereIsAnError)
+{
+    auto const outcome = transfer.createAlias(folder / "alias", folder / "gone");
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().kind, ErrorKind::notFound);
+    EXPECT_EQ(outcome.error().message, "Could not make an alias of \u201Cgone\u201D: No such file or directory.");
+    EXPECT_FALSE(isThere(folder / "alias"));
 }
 
 TEST_F(MoveTest, ExactBytesOfEveryNameArrive)
