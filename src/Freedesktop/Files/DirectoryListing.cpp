@@ -1,5 +1,6 @@
 #include "Freedesktop/Files/DirectoryListing.h"
 
+#include "Freedesktop/Files/DirectoryEntries.h"
 #include "Freedesktop/Files/FileDescriptor.h"
 #include "Freedesktop/Files/FileErrors.h"
 #include "Freedesktop/Files/HiddenNames.h"
@@ -9,9 +10,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
-#include <memory>
 #include <string_view>
 #include <sys/stat.h>
 #include <system_error>
@@ -22,9 +21,6 @@ namespace marrowick {
 namespace {
 
 constexpr char what[] = "Could not list the folder";
-
-/// Large enough that a folder of usual size is read in one call, small enough for the heap's own pages.
-constexpr std::size_t bufferSize = 96 * 1024;
 
 /// Starting a thread takes as long as asking for some dozens of dates.
 constexpr std::size_t fewestItemsForThread = 1000;
@@ -52,19 +48,7 @@ public:
     /// Zero, or the number of the error that ended the reading.
     int read()
     {
-        std::unique_ptr<char[]> const buffer(new char[bufferSize]);
-        for (;;) {
-            auto const count = ::getdents64(directory_, buffer.get(), bufferSize);
-            if (count < 0 && errno != EINTR)
-                return errno;
-            if (count == 0)
-                return 0;
-            for (ssize_t position = 0; position < count;) {
-                auto const* entry = reinterpret_cast<dirent64 const*>(buffer.get() + position);
-                position += entry->d_reclen;
-                add(entry->d_name, entry->d_type);
-            }
-        }
+        return visitEntries(directory_, [this](dirent64 const& entry) { add(entry.d_name, entry.d_type); });
     }
 
     /// Reads the values of the items read so far; where each of many costs a system call, on two threads. Both take the
@@ -125,7 +109,7 @@ private:
     bool acceptsDotName(char const* name)
     {
         if (hidden_ == HiddenItems::included)
-            return std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0;
+            return !isDotOrDotDot(name);
         if (std::strcmp(name, hiddenNamesFile) == 0)
             hasHiddenNamesFile_ = true;
         return false;
@@ -140,13 +124,21 @@ private:
     std::vector<ItemKind> kinds_;
 };
 
+/// Not open, with the reason in `errno`, when it cannot be.
+FileDescriptor openForListing(FileURL const& directory)
+{
+    if (!isSystemPath(directory) || directory.path().empty()) {
+        errno = ENOENT;
+        return FileDescriptor(-1);
+    }
+    return FileDescriptor(::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+}
+
 }
 
 Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, ResourceKeys keys, HiddenItems hidden)
 {
-    if (!isSystemPath(directory) || directory.path().empty())
-        return fileError(ENOENT, what, directory);
-    FileDescriptor const open(::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    FileDescriptor const open(openForListing(directory));
     if (!open.isOpen())
         return fileError(errno, what, directory);
     DirectoryReader reader(open.get(), directory.path(), keys, hidden);
@@ -156,6 +148,20 @@ Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, Resource
         return fileError(number, what, directory);
     reader.readValues();
     return reader.takeItems();
+}
+
+Result<void> visitNamesInDirectory(FileURL const& directory, std::function<void(std::string_view)> const& visit)
+{
+    FileDescriptor const open(openForListing(directory));
+    if (!open.isOpen())
+        return fileError(errno, what, directory);
+    int const number = visitEntries(open.get(), [&](dirent64 const& entry) {
+        if (!isDotOrDotDot(entry.d_name))
+            visit(entry.d_name);
+    });
+    if (number != 0)
+        return fileError(number, what, directory);
+    return {};
 }
 
 }

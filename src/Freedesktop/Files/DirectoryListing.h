@@ -2,10 +2,16 @@
 
 #include "Platform/FileManager.h"
 
+#include <functional>
+#include <string_view>
+
 namespace marrowick {
 
 /// `FileManager::contentsOfDirectory` on the system's own directory entries, which keep the names' bytes and tell most
 /// items' kind without a further question.
 Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, ResourceKeys keys, HiddenItems hidden);
+
+/// `FileManager::visitNames`.
+Result<void> visitNamesInDirectory(FileURL const& directory, std::function<void(std::string_view)> const& visit);
 
 }

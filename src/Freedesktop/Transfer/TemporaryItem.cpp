@@ -1,6 +1,6 @@
 #include "Freedesktop/Transfer/TemporaryItem.h"
 
-#include "Freedesktop/Transfer/DirectoryNames.h"
+#include "Freedesktop/Files/DirectoryEntries.h"
 #include "Freedesktop/Transfer/Renaming.h"
 #include "Freedesktop/Transfer/TemporaryName.h"
 #include "Freedesktop/Transfer/TreeRemoval.h"
@@ -92,12 +92,17 @@ void removeStaleTemporaryItems(int folder)
 {
     FileDescriptor const directory(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     std::vector<std::string> names;
-    if (!directory.isOpen() || readNames(directory.get(), names) != 0)
+    if (!directory.isOpen())
         return;
-    for (auto const& name : names) {
-        if (isTemporaryName(name))
-            removeIfStale(folder, name);
-    }
+    auto const keepTemporary = [&](dirent64 const& entry) {
+        // Nearly every name fails the first test, which costs nothing.
+        if (entry.d_name[0] == '.' && isTemporaryName(entry.d_name))
+            names.emplace_back(entry.d_name);
+    };
+    if (visitEntries(directory.get(), keepTemporary) != 0)
+        return;
+    for (auto const& name : names)
+        removeIfStale(folder, name);
 }
 
 }
