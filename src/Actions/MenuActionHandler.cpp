@@ -1,26 +1,61 @@
 #include "Actions/MenuActionHandler.h"
 
+#include "Actions/ScriptRunner.h"
 #include "Menus/MainThreadOnlyBox.h"
 #include "Platform/Platform.h"
+#include "Support/FinderBridge.h"
+#include "Support/IconLoader.h"
+#include "Support/Preferences.h"
+#include "UI/InfoWindowController.h"
+#include "UI/QuickLookController.h"
 
 #include <any>
 #include <memory>
 
 namespace marrowick {
 
+namespace {
+
+bool isScript(FileURL const& url)
+{
+    auto const extension = url.pathExtension();
+    return extension == "sh" || extension == "scpt";
+}
+
+bool isOptionHeld()
+{
+    auto const event = platform().events->currentEvent();
+    return event && event->flags.contains(modifier::option);
+}
+
+void showForEditing(FileURL const& script)
+{
+    platform().workspace->open(script.deletingLastPathComponent());
+    platform().workspace->selectFile(script);
+    MenuActionHandler::openForEditing(script);
+}
+
+}
+
 void MenuActionHandler::choose(
     MenuNode const& node, MenuContext const& context, std::optional<FileURL> const& copyDestination)
 {
     auto const* url = node.kind.url();
-    if (!url || copyDestination)
+    if (!url)
         return;
+    if (copyDestination) {
+        performCopy(*url, *copyDestination, TransferMode::copy);
+        return;
+    }
     switch (node.kind.value()) {
     case MenuNodeKind::Case::folder:
         if (context.finderSelection.empty())
             platform().workspace->open(*url);
+        else
+            presentMoveCopyAliasDialog(context.finderSelection, *url);
         break;
     case MenuNodeKind::Case::file:
-        platform().workspace->open(*url);
+        chooseFile(*url, context);
         break;
     case MenuNodeKind::Case::copyTemplateFolder:
     case MenuNodeKind::Case::divider:
@@ -30,6 +65,20 @@ void MenuActionHandler::choose(
     case MenuNodeKind::Case::prefPanesSubmenu:
     case MenuNodeKind::Case::recentItemsSubmenu:
         break;
+    }
+}
+
+void MenuActionHandler::chooseFile(FileURL const& url, MenuContext const& context)
+{
+    if (isScript(url) && Preferences::shared().runScriptFiles()) {
+        if (isOptionHeld())
+            showForEditing(url);
+        else
+            ScriptRunner::run(url, context.finderSelection, context.copyDestinationFolder);
+    } else if (!context.finderSelection.empty() && IconLoader::isPackageOrApp(url)) {
+        platform().workspace->open(context.finderSelection, url);
+    } else {
+        platform().workspace->open(url);
     }
 }
 
@@ -54,7 +103,10 @@ void MenuActionHandler::performModifier(ModifierAction action, RunningApplicatio
 {
     switch (action) {
     case ModifierAction::trash:
+        onProcess.terminate();
+        break;
     case ModifierAction::forceQuit:
+        onProcess.forceTerminate();
         break;
     case ModifierAction::reveal:
     case ModifierAction::finderInfo:
@@ -74,14 +126,41 @@ void MenuActionHandler::performModifier(ModifierAction action, FileURL const& ur
     case ModifierAction::revealAlternate:
         platform().workspace->activateFileViewerSelecting({ url });
         break;
-    case ModifierAction::trash:
-    case ModifierAction::forceQuit:
     case ModifierAction::finderInfo:
+        FinderBridge::openInformationWindow(url);
+        break;
     case ModifierAction::quickLook:
     case ModifierAction::quickLookAlternate:
+        QuickLookController::shared().preview(url);
+        break;
     case ModifierAction::infoWindow:
+        InfoWindowController::shared().show(url);
+        break;
+    case ModifierAction::trash:
+    case ModifierAction::forceQuit:
+        confirmTrash(url);
         break;
     }
+}
+
+void MenuActionHandler::confirmTrash(FileURL const& url)
+{
+    Alert const question {
+        .style = AlertStyle::warning,
+        .messageText = "Move “" + std::string(url.lastPathComponent()) + "” to the Trash?",
+        .informativeText = "",
+        .buttons = { "Move to Trash", "Cancel" },
+    };
+    if (platform().alerts->runModal(question) == 0)
+        FinderBridge::moveToTrash(url);
+}
+
+void MenuActionHandler::openForEditing(FileURL const& url)
+{
+    if (url.pathExtension() == "sh")
+        platform().workspace->open({ url }, FileURL("/System/Applications/TextEdit.app", true));
+    else
+        platform().workspace->open(url);
 }
 
 }

@@ -5,7 +5,9 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace marrowick {
@@ -98,10 +100,18 @@ public:
     virtual Result<std::vector<ListedItem>> contentsOfDirectory(
         FileURL const& directory, ResourceKeys keys, HiddenItems hidden) const = 0;
 
+    /// Calls `visit` with the name of each direct item of `directory`, hidden ones too, in the file system's order. Follows
+    /// a link at `directory` itself. An error may come after some of the names.
+    virtual Result<void> visitNames(
+        FileURL const& directory, std::function<void(std::string_view)> const& visit) const = 0;
+
     virtual ResourceValues resourceValues(FileURL const& url, ResourceKeys keys) const = 0;
 
     /// Whether there is an item once links are followed; false for a dangling link.
     virtual bool fileExists(FileURL const& url) const = 0;
+
+    /// Whether something stands at this name, a dangling link too.
+    virtual bool isNameTaken(FileURL const& url) const = 0;
 
     /// Absent when there is no item, links followed.
     virtual std::optional<FileIdentity> identity(FileURL const& url) const = 0;

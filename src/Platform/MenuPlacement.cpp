@@ -95,4 +95,16 @@ Point placeMenu(Rect anchor, Size menuSize, std::vector<Screen> const& screens)
         confined(origin.y, menuSize.height, area.y, area.height) };
 }
 
+Point placeSubmenu(Rect proposed, Rect parent, Rect grandparent, Rect workArea)
+{
+    bool const goesLeft = parent.x < grandparent.x;
+    if (goesLeft == (proposed.x < parent.x))
+        return { proposed.x, proposed.y };
+    // Neighbours overlap by their frames.
+    int const overlap = goesLeft ? parent.right() - grandparent.x : grandparent.right() - parent.x;
+    int const x = goesLeft ? parent.x + overlap - proposed.width : parent.right() - overlap;
+    bool const hasRoom = x >= workArea.x && x + proposed.width <= workArea.right();
+    return { hasRoom ? x : proposed.x, proposed.y };
+}
+
 }

@@ -23,4 +23,11 @@ struct Screen {
 /// centre. A menu larger than the work area starts at the work area's top left corner.
 Point placeMenu(Rect anchor, Size menuSize, std::vector<Screen> const& screens);
 
+/// Where the top left corner of a submenu goes that would stand at `proposed`. `parent` is the menu that it opens from and
+/// `grandparent` the one before.
+///
+/// Menus that have turned to one side go on to that side where `workArea` has room, so that they do not cover those that
+/// led to them.
+Point placeSubmenu(Rect proposed, Rect parent, Rect grandparent, Rect workArea);
+
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alerts.h"
 #include "Platform/Application.h"
 #include "Platform/Collation.h"
 #include "Platform/DefaultsStore.h"
@@ -7,10 +8,12 @@
 #include "Platform/Events.h"
 #include "Platform/FileContents.h"
 #include "Platform/FileManager.h"
+#include "Platform/FileTransfer.h"
 #include "Platform/Log.h"
 #include "Platform/MenuPresenter.h"
 #include "Platform/ScriptingBridge.h"
 #include "Platform/StatusItem.h"
+#include "Platform/Tasks.h"
 #include "Platform/Workspace.h"
 
 #include <memory>
@@ -25,12 +28,15 @@ struct Platform {
     std::unique_ptr<Dispatch> dispatch;
     std::unique_ptr<FileManager> fileManager;
     std::unique_ptr<FileContents> fileContents;
+    std::unique_ptr<FileTransfer> fileTransfer;
     std::unique_ptr<Collation> collation;
     std::unique_ptr<DefaultsStore> defaultsStore;
     std::unique_ptr<Events> events;
+    std::unique_ptr<Tasks> tasks;
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<ScriptingBridge> scriptingBridge;
     std::unique_ptr<MenuPresenter> menuPresenter;
+    std::unique_ptr<Alerts> alerts;
     std::unique_ptr<StatusBar> statusBar;
 };
 

@@ -30,6 +30,12 @@ public:
     /// Whether it is the application that the user works in.
     virtual bool isActive() const = 0;
     virtual bool isHidden() const = 0;
+
+    /// Asks the application to quit, as closing its windows does; it may ask the user, and refuse.
+    virtual void terminate() = 0;
+
+    /// Ends the application at once.
+    virtual void forceTerminate() = 0;
 };
 
 }

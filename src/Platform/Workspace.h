@@ -1,11 +1,13 @@
 #pragma once
 
 #include "Platform/FileURL.h"
+#include "Platform/Result.h"
 #include "Platform/RunningApplication.h"
 #include "Platform/Subscription.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace marrowick {
@@ -22,6 +24,16 @@ public:
     /// Shows `urls` in the file manager, selected in their folders. Returns before they are shown; a failure stays
     /// silent.
     virtual void activateFileViewerSelecting(std::vector<FileURL> const& urls) = 0;
+
+    /// Opens `urls` with the application that starts by `withApplication`, in one start where the application takes several
+    /// files. Returns before they are open; a failure stays silent.
+    virtual void open(std::vector<FileURL> const& urls, FileURL const& withApplication) = 0;
+
+    /// Shows the item at `path` selected in a new window of the file manager.
+    virtual void selectFile(FileURL const& path) = 0;
+
+    /// Moves `urls` to the trash; `done` comes later, once, with the first error or none. Nothing is ever deleted instead.
+    virtual void recycle(std::vector<FileURL> const& urls, std::function<void(std::optional<Error>)> done) = 0;
 
     /// The applications that have windows, in the order in which they were started.
     virtual std::vector<std::shared_ptr<RunningApplication>> runningApplications() = 0;

@@ -9,6 +9,18 @@
 
 namespace marrowick {
 
+namespace {
+
+std::vector<FileURL> sortedByName(std::vector<FileURL> urls)
+{
+    std::stable_sort(urls.begin(), urls.end(), [](FileURL const& a, FileURL const& b) {
+        return platform().collation->compare(a.lastPathComponent(), b.lastPathComponent()) < 0;
+    });
+    return urls;
+}
+
+}
+
 std::optional<EventDescriptor> FinderBridge::runAppleScript(std::string_view source)
 {
     auto outcome = platform().scriptingBridge->execute(source);
@@ -53,11 +65,44 @@ std::optional<FileURL> FinderBridge::fileURLValue(EventDescriptor const& descrip
 
 std::vector<FileURL> FinderBridge::mountedVolumes()
 {
-    auto volumes = platform().fileManager->mountedVolumes().value_or(std::vector<FileURL> {});
-    std::stable_sort(volumes.begin(), volumes.end(), [](FileURL const& a, FileURL const& b) {
-        return platform().collation->compare(a.lastPathComponent(), b.lastPathComponent()) < 0;
+    return sortedByName(platform().fileManager->mountedVolumes().value_or(std::vector<FileURL> {}));
+}
+
+std::vector<FileURL> FinderBridge::installedPreferencePanes()
+{
+    auto const& fileManager = *platform().fileManager;
+    std::vector<FileURL> panes;
+    for (auto const& folder : { FileURL("/Library/PreferencePanes", true),
+             fileManager.homeDirectory().appendingPathComponent("Library/PreferencePanes", true) }) {
+        auto listing = fileManager.contentsOfDirectory(folder, {}, HiddenItems::included);
+        if (!listing)
+            continue;
+        for (auto& item : listing.value()) {
+            if (item.url.pathExtension() == "prefPane")
+                panes.push_back(std::move(item.url));
+        }
+    }
+    return sortedByName(std::move(panes));
+}
+
+void FinderBridge::openInformationWindow(FileURL const& url)
+{
+    std::string escaped;
+    for (char const byte : url.path()) {
+        if (byte == '\\' || byte == '"')
+            escaped += '\\';
+        escaped += byte;
+    }
+    runAppleScript(
+        "tell application \"Finder\" to open information window of (POSIX file \"" + escaped + "\" as alias)");
+}
+
+void FinderBridge::moveToTrash(FileURL const& url, std::function<void(bool)> completion)
+{
+    platform().workspace->recycle({ url }, [completion = std::move(completion)](std::optional<Error> const& error) {
+        if (completion)
+            completion(!error);
     });
-    return volumes;
 }
 
 }

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Platform/FileURL.h"
+#include "Platform/Result.h"
 #include "Platform/ScriptingBridge.h"
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -28,6 +31,33 @@ public:
 
     /// The roots of the mounted volumes, hidden ones left out, by name.
     static std::vector<FileURL> mountedVolumes();
+
+    /// The settings panes installed for the system and for the user, by name; of two with one name the system's comes first.
+    static std::vector<FileURL> installedPreferencePanes();
+
+    /// Opens the file manager's information window on an item.
+    static void openInformationWindow(FileURL const& url);
+
+    /// Moves an item to the trash. `completion` comes later, on any thread, with whether it is there.
+    static void moveToTrash(FileURL const& url, std::function<void(bool)> completion = {});
+
+    /// Each puts an item into a folder under the first free name for it: its own, with " alias" added for an alias, then
+    /// with " 2", " 3" and so on before the extension. A name that another program takes in between is not free. The
+    /// error is the file system's.
+    static Result<void> moveItem(FileURL const& item, FileURL const& folder);
+    static Result<void> copyItem(FileURL const& item, FileURL const& folder);
+    static Result<void> aliasItem(FileURL const& item, FileURL const& folder);
+
+private:
+    /// The first place for `item` in `folder` at which nothing stands, not even a dangling link, from the name of `number`
+    /// on; `number` becomes that of the name found. 1 is the name without a number, with `suffix` added.
+    static FileURL uniqueDestination(
+        FileURL const& item, FileURL const& folder, std::string_view suffix, std::uint64_t& number);
+
+    /// Calls `transferTo` with one free place after the other until none is taken from under it.
+    template<typename TransferTo>
+    static Result<void> withUniqueDestination(
+        FileURL const& item, FileURL const& folder, std::string_view suffix, TransferTo transferTo);
 };
 
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Fakes/FakeDispatch.h"
 #include "Fakes/FakeEvents.h"
 #include "Platform/Application.h"
 
@@ -13,8 +14,9 @@ namespace marrowick {
 /// This program as the desktop sees it, without an event loop.
 class FakeApplication final : public Application {
 public:
-    explicit FakeApplication(FakeEvents& events)
+    FakeApplication(FakeEvents& events, FakeDispatch& dispatch)
         : events_(events)
+        , dispatch_(dispatch)
     {
     }
 
@@ -25,10 +27,10 @@ public:
     void run(std::function<void()> didFinishLaunching) override { didFinishLaunching(); }
     void terminate() override { ++terminations; }
 
-    /// Another start of the program asks this one to show itself.
+    /// Another start of the program asks this one to show itself; nothing comes of it while an alert is up.
     void startAgain()
     {
-        if (reopenHandler_)
+        if (reopenHandler_ && !dispatch_.isHeld())
             events_.during(Event { EventType::applicationDefined, {} }, reopenHandler_);
     }
 
@@ -38,6 +40,7 @@ public:
 
 private:
     FakeEvents& events_;
+    FakeDispatch& dispatch_;
     std::function<void()> reopenHandler_;
 };
 

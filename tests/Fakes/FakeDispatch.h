@@ -13,7 +13,8 @@
 
 namespace marrowick {
 
-/// Keeps what was posted until the test lets it run, all on the test's thread.
+/// Keeps what was posted until the test lets it run, all on the test's thread. While it is held back nothing reaches the
+/// program: what the test lets run or fires waits for the next `runMain` after that.
 class FakeDispatch final : public Dispatch {
 public:
     bool isMainThread() const override { return std::this_thread::get_id() == mainThread_; }
@@ -31,9 +32,32 @@ public:
     }
 
     /// Runs what was posted, in order, and what that posts in turn.
-    void runMain() { runAll(posted_); }
+    void runMain()
+    {
+        while (!isHeld() && !posted_.empty())
+            runFirst(posted_);
+    }
 
-    void runBackground() { runAll(background_); }
+    /// Other threads go on while the main thread is held back.
+    void runBackground()
+    {
+        while (!background_.empty())
+            runFirst(background_);
+    }
+
+    /// Something of the desktop reaches the program: at once, or after what holds it back has ended.
+    void deliver(std::function<void()> delivery)
+    {
+        if (isHeld())
+            posted_.push_back(std::move(delivery));
+        else
+            delivery();
+    }
+
+    /// Closures nest.
+    void hold() { ++holders_; }
+    void release() { --holders_; }
+    bool isHeld() const { return holders_ > 0; }
 
     /// Every timer of `interval` fires once.
     void fireTimers(std::chrono::milliseconds interval)
@@ -43,14 +67,8 @@ public:
             if (timer.interval == interval)
                 due.push_back(id);
         }
-        for (auto const id : due) {
-            // A timer may end another one that is due, and itself.
-            auto const found = timers_->find(id);
-            if (found == timers_->end())
-                continue;
-            auto const handler = found->second.handler;
-            handler();
-        }
+        for (auto const id : due)
+            deliver([this, id] { fire(id); });
     }
 
     std::size_t timerCount() const { return timers_->size(); }
@@ -61,13 +79,21 @@ private:
         std::function<void()> handler;
     };
 
-    static void runAll(std::deque<std::function<void()>>& queue)
+    static void runFirst(std::deque<std::function<void()>>& queue)
     {
-        while (!queue.empty()) {
-            auto const work = std::move(queue.front());
-            queue.pop_front();
-            work();
-        }
+        auto const work = std::move(queue.front());
+        queue.pop_front();
+        work();
+    }
+
+    void fire(int id)
+    {
+        // A timer may have ended another one that is due, and may end itself.
+        auto const found = timers_->find(id);
+        if (found == timers_->end())
+            return;
+        auto const handler = found->second.handler;
+        handler();
     }
 
     std::thread::id mainThread_ = std::this_thread::get_id();
@@ -75,6 +101,7 @@ private:
     std::deque<std::function<void()>> background_;
     std::shared_ptr<std::map<int, Timer>> timers_ = std::make_shared<std::map<int, Timer>>();
     int nextTimer_ = 0;
+    int holders_ = 0;
 };
 
 }

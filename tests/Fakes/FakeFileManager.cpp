@@ -22,6 +22,9 @@ Result<std::vector<ListedItem>> FakeFileManager::contentsOfDirectory(
     FileURL const& directory, ResourceKeys keys, HiddenItems hidden) const
 {
     listed.push_back(directory);
+    hiddenAskedFor.push_back(hidden);
+    if (unreadable.contains(directory))
+        return Error { ErrorKind::noPermission, "no permission" };
     if (auto const found = listings.find(directory); found != listings.end())
         return found->second;
     auto const* manager = asked(directory);
@@ -37,6 +40,21 @@ Result<std::vector<ListedItem>> FakeFileManager::contentsOfDirectory(
     return contents;
 }
 
+Result<void> FakeFileManager::visitNames(
+    FileURL const& directory, std::function<void(std::string_view)> const& visit) const
+{
+    listed.push_back(directory);
+    if (unreadable.contains(directory))
+        return Error { ErrorKind::noPermission, "no permission" };
+    if (auto const found = listings.find(directory); found != listings.end()) {
+        for (auto const& item : found->second)
+            visit(item.url.lastPathComponent());
+        return {};
+    }
+    auto const* manager = asked(directory);
+    return manager ? manager->visitNames(directory, visit) : Error { ErrorKind::other, "no file manager" };
+}
+
 ResourceValues FakeFileManager::resourceValues(FileURL const& url, ResourceKeys keys) const
 {
     if (auto const found = values.find(url); found != values.end())
@@ -49,6 +67,12 @@ bool FakeFileManager::fileExists(FileURL const& url) const
 {
     auto const* manager = asked(url);
     return manager && manager->fileExists(url);
+}
+
+bool FakeFileManager::isNameTaken(FileURL const& url) const
+{
+    auto const* manager = asked(url);
+    return manager && manager->isNameTaken(url);
 }
 
 std::optional<FileIdentity> FakeFileManager::identity(FileURL const& url) const
@@ -80,6 +104,8 @@ std::vector<FileURL> FakeFileManager::urls(StandardDirectory directory) const
 
 FileURL FakeFileManager::homeDirectory() const
 {
+    if (home)
+        return *home;
     ADD_FAILURE() << "the home folder, which the test does not have";
     return {};
 }

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace marrowick {
@@ -18,8 +19,11 @@ public:
 
     Result<std::vector<ListedItem>> contentsOfDirectory(
         FileURL const& directory, ResourceKeys keys, HiddenItems hidden) const override;
+    Result<void> visitNames(
+        FileURL const& directory, std::function<void(std::string_view)> const& visit) const override;
     ResourceValues resourceValues(FileURL const& url, ResourceKeys keys) const override;
     bool fileExists(FileURL const& url) const override;
+    bool isNameTaken(FileURL const& url) const override;
     std::optional<FileIdentity> identity(FileURL const& url) const override;
     Result<void> createDirectory(FileURL const& url) const override;
     Result<FileURL> resolvingAlias(FileURL const& url) const override;
@@ -31,11 +35,16 @@ public:
     std::map<FileURL, std::vector<ListedItem>> listings;
     /// All that can be read of an item.
     std::map<FileURL, ResourceValues> values;
+    /// Directories that nobody may list.
+    std::set<FileURL> unreadable;
     std::map<StandardDirectory, std::vector<FileURL>> standardDirectories;
     std::optional<std::vector<FileURL>> volumes;
+    std::optional<FileURL> home;
 
     /// The directories whose contents were asked for, in order.
     mutable std::vector<FileURL> listed;
+    /// What was asked about hidden items each time.
+    mutable std::vector<HiddenItems> hiddenAskedFor;
 
 private:
     /// Null, after failing the test, when there is no real file manager.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Fakes/CallRecord.h"
 #include "Platform/FileURL.h"
 #include "Platform/ScriptingBridge.h"
 
@@ -17,7 +18,7 @@
 namespace marrowick {
 
 /// A file manager that answers scripts by their text. Without an answer from the test it has nothing selected and no
-/// window, and a text that it does not know fails the test.
+/// window, opens every information window, and a text that it does not know fails the test.
 class FakeFinder final : public ScriptingBridge {
 public:
     using Answer = std::variant<EventDescriptor, ScriptFailure>;
@@ -25,6 +26,14 @@ public:
     static constexpr std::string_view selectionText = "tell application \"Finder\" to get (selection as alias list)";
     static constexpr std::string_view frontWindowText
         = "tell application \"Finder\" to get (target of front window as alias)";
+    static constexpr std::string_view informationWindowStart
+        = "tell application \"Finder\" to open information window of (POSIX file \"";
+    static constexpr std::string_view informationWindowEnd = "\" as alias)";
+
+    explicit FakeFinder(CallRecord& calls)
+        : calls_(calls)
+    {
+    }
 
     Answer execute(std::string_view source) override
     {
@@ -35,6 +44,8 @@ public:
             return selectionAnswer();
         if (source == frontWindowText)
             return frontWindowAnswer();
+        if (source.starts_with(informationWindowStart) && source.ends_with(informationWindowEnd))
+            return informationWindowAnswer(source);
         ADD_FAILURE() << "a script that nobody expected: " << source;
         return ScriptFailure {};
     }
@@ -53,6 +64,8 @@ public:
 
     std::vector<FileURL> selection;
     std::optional<FileURL> frontWindow;
+    /// The items whose information windows were opened.
+    std::vector<FileURL> informationWindows;
     /// What the texts of this map are answered with, before anything else.
     std::map<std::string, Answer, std::less<>> answers;
     std::vector<std::string> questions;
@@ -73,6 +86,23 @@ private:
         return reference(*frontWindow);
     }
 
+    Answer informationWindowAnswer(std::string_view source)
+    {
+        source.remove_prefix(informationWindowStart.size());
+        source.remove_suffix(informationWindowEnd.size());
+        std::string path;
+        for (; !source.empty(); source.remove_prefix(1)) {
+            if (source.front() == '"')
+                ADD_FAILURE() << "the script's text ends early";
+            if (source.front() == '\\' && source.size() > 1)
+                source.remove_prefix(1);
+            path += source.front();
+        }
+        calls_.push_back("information window of " + path);
+        informationWindows.emplace_back(path);
+        return EventDescriptor {};
+    }
+
     static std::string percentEncoded(std::string_view path)
     {
         static constexpr char digits[] = "0123456789ABCDEF";
@@ -87,6 +117,8 @@ private:
         }
         return text;
     }
+
+    CallRecord& calls_;
 };
 
 }

@@ -33,6 +33,8 @@ public:
     void unhighlight();
     void openSubmenu(std::string_view title);
     void closeSubmenu();
+    /// The desktop closes all menus.
+    void close() { levels_.clear(); }
     /// Returns whether the menu that got the key says that it was handled.
     bool press(KeyEvent const& event);
     bool press(std::string_view characters, ModifierFlags flags = {});

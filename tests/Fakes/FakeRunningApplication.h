@@ -26,6 +26,8 @@ public:
     ActivationPolicy activationPolicy() const override { return policy; }
     bool isActive() const override { return active; }
     bool isHidden() const override { return hidden; }
+    void terminate() override { ++terminations; }
+    void forceTerminate() override { ++forcedTerminations; }
 
     std::optional<std::string> identifier;
     std::optional<std::string> name;
@@ -33,6 +35,8 @@ public:
     ActivationPolicy policy = ActivationPolicy::regular;
     bool active = false;
     bool hidden = false;
+    int terminations = 0;
+    int forcedTerminations = 0;
 };
 
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Fakes/FakeDispatch.h"
 #include "Fakes/FakeEvents.h"
 #include "Platform/StatusItem.h"
 
@@ -25,8 +26,9 @@ struct FakeStatusItemState {
 /// A status area for one item, which the test clicks.
 class FakeStatusBar final : public StatusBar {
 public:
-    explicit FakeStatusBar(FakeEvents& events)
+    FakeStatusBar(FakeEvents& events, FakeDispatch& dispatch)
         : events_(events)
+        , dispatch_(dispatch)
     {
     }
 
@@ -37,11 +39,11 @@ public:
         return std::make_unique<Item>(item);
     }
 
-    /// A mouse event on the icon; it reaches the item's action only when the item asked for such events.
+    /// A mouse event on the icon; it reaches the item's action only when the item asked for such events and no alert is up.
     void click(EventType type, ModifierFlags flags = {})
     {
         bool const isSent = (item->eventMask >> static_cast<unsigned>(type) & 1) != 0;
-        if (item->isShown && item->action && isSent)
+        if (item->isShown && item->action && isSent && !dispatch_.isHeld())
             events_.during(Event { type, flags }, item->action);
     }
 
@@ -71,6 +73,7 @@ private:
     };
 
     FakeEvents& events_;
+    FakeDispatch& dispatch_;
 };
 
 }

@@ -1,10 +1,12 @@
 #include "Fakes/TemporaryFolder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <system_error>
 
 #include <fcntl.h>
@@ -83,6 +85,35 @@ void TemporaryFolder::remove(std::string_view name) const
     std::error_code error;
     std::filesystem::remove_all((*this / name).path(), error);
     EXPECT_FALSE(error) << name;
+}
+
+std::string TemporaryFolder::content(std::string_view name) const
+{
+    std::ifstream stream((*this / name).path(), std::ios::binary);
+    std::ostringstream content;
+    content << stream.rdbuf();
+    EXPECT_TRUE(stream.is_open()) << name;
+    return content.str();
+}
+
+std::string TemporaryFolder::linkTarget(std::string_view name) const
+{
+    std::error_code error;
+    auto const target = std::filesystem::read_symlink((*this / name).path(), error);
+    EXPECT_FALSE(error) << name << ": " << error.message();
+    return target.string();
+}
+
+std::vector<std::string> TemporaryFolder::names(std::string_view name) const
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry((*this / name).path(), error), end; entry != end;
+         entry.increment(error))
+        names.push_back(entry->path().filename().string());
+    EXPECT_FALSE(error) << name << ": " << error.message();
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 }

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace marrowick {
 
@@ -28,6 +29,12 @@ public:
     /// The modification date of the item itself, in seconds since 1970.
     void setModified(std::string_view name, long seconds) const;
     void remove(std::string_view name) const;
+
+    /// The whole content of a file, links followed.
+    std::string content(std::string_view name) const;
+    std::string linkTarget(std::string_view name) const;
+    /// The names in a folder in byte order, hidden ones too.
+    std::vector<std::string> names(std::string_view name) const;
 
 private:
     FileURL url_;

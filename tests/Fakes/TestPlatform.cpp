@@ -18,23 +18,29 @@ public:
 }
 
 struct TestPlatform::Services {
-    Services(std::unique_ptr<FileManager> real, std::unique_ptr<FileContents> contents)
-        : fileManager(std::make_unique<FakeFileManager>(std::move(real)))
+    Services(std::unique_ptr<FileManager> manager, std::unique_ptr<FileContents> contents,
+        std::unique_ptr<FileTransfer> transfer)
+        : fileManager(std::make_unique<FakeFileManager>(std::move(manager)))
         , fileContents(std::move(contents))
+        , fileTransfer(std::make_unique<FakeFileTransfer>(*calls, std::move(transfer)))
     {
     }
 
+    std::unique_ptr<CallRecord> calls = std::make_unique<CallRecord>();
     std::unique_ptr<FakeLog> log = std::make_unique<FakeLog>();
     std::unique_ptr<FakeEvents> events = std::make_unique<FakeEvents>();
-    std::unique_ptr<FakeApplication> application = std::make_unique<FakeApplication>(*events);
     std::unique_ptr<FakeDispatch> dispatch = std::make_unique<FakeDispatch>();
+    std::unique_ptr<FakeApplication> application = std::make_unique<FakeApplication>(*events, *dispatch);
     std::unique_ptr<FakeFileManager> fileManager;
     std::unique_ptr<FileContents> fileContents;
+    std::unique_ptr<FakeFileTransfer> fileTransfer;
     std::unique_ptr<FakeDefaultsStore> defaults = std::make_unique<FakeDefaultsStore>();
-    std::unique_ptr<FakeWorkspace> workspace = std::make_unique<FakeWorkspace>();
-    std::unique_ptr<FakeFinder> finder = std::make_unique<FakeFinder>();
+    std::unique_ptr<FakeTasks> tasks = std::make_unique<FakeTasks>(*calls);
+    std::unique_ptr<FakeWorkspace> workspace = std::make_unique<FakeWorkspace>(*calls, *dispatch);
+    std::unique_ptr<FakeFinder> finder = std::make_unique<FakeFinder>(*calls);
     std::unique_ptr<FakeMenuPresenter> menus = std::make_unique<FakeMenuPresenter>(*events);
-    std::unique_ptr<FakeStatusBar> statusBar = std::make_unique<FakeStatusBar>(*events);
+    std::unique_ptr<FakeAlerts> alerts = std::make_unique<FakeAlerts>(*calls, *dispatch, *menus);
+    std::unique_ptr<FakeStatusBar> statusBar = std::make_unique<FakeStatusBar>(*events, *dispatch);
 
     Platform intoPlatform()
     {
@@ -44,37 +50,46 @@ struct TestPlatform::Services {
         platform.dispatch = std::move(dispatch);
         platform.fileManager = std::move(fileManager);
         platform.fileContents = std::move(fileContents);
+        platform.fileTransfer = std::move(fileTransfer);
         platform.collation = std::make_unique<FakeCollation>();
         platform.defaultsStore = std::move(defaults);
         platform.events = std::move(events);
+        platform.tasks = std::move(tasks);
         platform.workspace = std::move(workspace);
         platform.scriptingBridge = std::move(finder);
         platform.menuPresenter = std::move(menus);
+        platform.alerts = std::move(alerts);
         platform.statusBar = std::move(statusBar);
         return platform;
     }
 };
 
 TestPlatform::TestPlatform()
-    : TestPlatform(Services(nullptr, std::make_unique<NoFileContents>()))
+    : TestPlatform(Services(nullptr, std::make_unique<NoFileContents>(), nullptr))
 {
 }
 
-TestPlatform::TestPlatform(std::unique_ptr<FileManager> fileManager, std::unique_ptr<FileContents> fileContents)
-    : TestPlatform(Services(std::move(fileManager), std::move(fileContents)))
+TestPlatform::TestPlatform(std::unique_ptr<FileManager> fileManager, std::unique_ptr<FileContents> fileContents,
+    std::unique_ptr<FileTransfer> fileTransfer)
+    : TestPlatform(Services(std::move(fileManager), std::move(fileContents), std::move(fileTransfer)))
 {
 }
 
 TestPlatform::TestPlatform(Services services)
-    : log(*services.log)
+    : record_(std::move(services.calls))
+    , calls(*record_)
+    , log(*services.log)
     , events(*services.events)
     , application(*services.application)
     , dispatch(*services.dispatch)
     , fileManager(*services.fileManager)
+    , fileTransfer(*services.fileTransfer)
     , defaults(*services.defaults)
+    , tasks(*services.tasks)
     , workspace(*services.workspace)
     , finder(*services.finder)
     , menus(*services.menus)
+    , alerts(*services.alerts)
     , statusBar(*services.statusBar)
     , scope_(services.intoPlatform())
 {

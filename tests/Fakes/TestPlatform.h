@@ -1,15 +1,19 @@
 #pragma once
 
+#include "Fakes/CallRecord.h"
+#include "Fakes/FakeAlerts.h"
 #include "Fakes/FakeApplication.h"
 #include "Fakes/FakeCollation.h"
 #include "Fakes/FakeDefaultsStore.h"
 #include "Fakes/FakeDispatch.h"
 #include "Fakes/FakeEvents.h"
 #include "Fakes/FakeFileManager.h"
+#include "Fakes/FakeFileTransfer.h"
 #include "Fakes/FakeFinder.h"
 #include "Fakes/FakeLog.h"
 #include "Fakes/FakeMenuPresenter.h"
 #include "Fakes/FakeStatusBar.h"
+#include "Fakes/FakeTasks.h"
 #include "Fakes/FakeWorkspace.h"
 #include "Platform/Platform.h"
 
@@ -24,18 +28,28 @@ class TestPlatform {
 public:
     /// Without a disk: a question about it fails the test.
     TestPlatform();
-    TestPlatform(std::unique_ptr<FileManager> fileManager, std::unique_ptr<FileContents> fileContents);
+    TestPlatform(std::unique_ptr<FileManager> fileManager, std::unique_ptr<FileContents> fileContents,
+        std::unique_ptr<FileTransfer> fileTransfer);
     ~TestPlatform();
 
+private:
+    /// Outlives the services, which write into it.
+    std::unique_ptr<CallRecord> record_;
+
+public:
+    CallRecord& calls;
     FakeLog& log;
     FakeEvents& events;
     FakeApplication& application;
     FakeDispatch& dispatch;
     FakeFileManager& fileManager;
+    FakeFileTransfer& fileTransfer;
     FakeDefaultsStore& defaults;
+    FakeTasks& tasks;
     FakeWorkspace& workspace;
     FakeFinder& finder;
     FakeMenuPresenter& menus;
+    FakeAlerts& alerts;
     FakeStatusBar& statusBar;
 
 private:

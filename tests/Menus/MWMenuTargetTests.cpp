@@ -47,8 +47,10 @@ TEST_F(MWMenuTargetTest, TheSituationIsThatOfTheChoice)
 {
     auto const folder = itemOf(nodeOf(MenuNodeKind::folder(FileURL("/a"))));
     desktop.finder.selectTwoFiles();
+    desktop.alerts.answers = { 3 };
     MWMenuTarget::shared().chooseItem(*folder);
     EXPECT_TRUE(desktop.workspace.opened.empty());
+    EXPECT_EQ(desktop.alerts.asked.back().informativeText, "Put first.txt, second.txt into “a”.");
     desktop.finder.selection.clear();
     MWMenuTarget::shared().chooseItem(*folder);
     EXPECT_EQ(desktop.workspace.opened, (std::vector { FileURL("/a") }));
@@ -56,14 +58,29 @@ TEST_F(MWMenuTargetTest, TheSituationIsThatOfTheChoice)
     EXPECT_EQ(desktop.finder.timesAsked(FakeFinder::frontWindowText), 2u);
 }
 
-TEST_F(MWMenuTargetTest, AnEntryOfATemplateMenuIsNotOpened)
+TEST_F(MWMenuTargetTest, AScriptGetsTheSelectionAndTheWindowOfTheChoice)
+{
+    auto const script = itemOf(nodeOf(MenuNodeKind::file(FileURL("/a/x.sh"))));
+    desktop.finder.frontWindow = FileURL("/before");
+    MWMenuTarget::shared().chooseItem(*script);
+    desktop.finder.selectTwoFiles();
+    desktop.finder.frontWindow = FileURL("/later");
+    MWMenuTarget::shared().chooseItem(*script);
+    EXPECT_EQ(desktop.calls,
+        (CallRecord { "launch /bin/sh /a/x.sh", "launch /bin/sh /a/x.sh /selected/first.txt /selected/second.txt" }));
+    ASSERT_EQ(desktop.tasks.launched.size(), 2u);
+    EXPECT_EQ(desktop.tasks.launched[0].environment.at("MW_CLICKWIN"), "/before");
+    EXPECT_EQ(desktop.tasks.launched[1].environment.at("MW_CLICKWIN"), "/later");
+}
+
+TEST_F(MWMenuTargetTest, TheEventOfTheChoiceIsStillTheCurrentOne)
 {
     auto const menu = MWMenu::make("");
-    menu->copyDestination = FileURL("/destination");
-    menu->addItem(itemOf(nodeOf(MenuNodeKind::file(file))));
+    menu->addItem(itemOf(nodeOf(MenuNodeKind::file(FileURL("/a/x.scpt")))));
     desktop.menus.popUp(menu, nullptr);
+    desktop.events.held = modifier::option;
     desktop.menus.choose("title");
-    EXPECT_TRUE(desktop.workspace.opened.empty());
+    EXPECT_EQ(desktop.calls, (CallRecord { "open /a", "select /a/x.scpt", "open /a/x.scpt" }));
 }
 
 TEST_F(MWMenuTargetTest, TheCopyDestinationIsThatOfTheEntrysOwnMenu)

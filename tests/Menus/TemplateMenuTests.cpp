@@ -71,11 +71,40 @@ TEST_F(TemplateMenuTest, WithoutAFrontWindowThereIsNoDestination)
     EXPECT_EQ(destination(), std::nullopt);
 }
 
-TEST_F(TemplateMenuTest, TemplatesAreNotOpened)
+TEST_F(TemplateMenuTest, AChosenTemplateIsCopiedIntoTheMenusDestinationAndNotOpened)
 {
+    auto const front = folder.folder("front");
+    desktop.finder.frontWindow = front;
+    desktop.menus.popUp(MenuBuilder::buildItemsMenu("", folder.url(), std::nullopt), nullptr);
+    desktop.finder.frontWindow = folder.folder("later");
     desktop.menus.openSubmenu("Templates");
     desktop.menus.choose("letter.txt");
-    EXPECT_TRUE(desktop.workspace.opened.empty());
+    EXPECT_EQ(desktop.calls,
+        (CallRecord {
+            "copy " + (folder / "Templates---C/letter.txt").path() + " to " + front.path() + "/letter.txt" }));
+    EXPECT_EQ(folder.names("front"), (std::vector<std::string> { "letter.txt" }));
+    EXPECT_TRUE(folder.names("later").empty());
+}
+
+TEST_F(TemplateMenuTest, ATemplateDeepInsideIsCopiedWhateverItIs)
+{
+    desktop.finder.frontWindow = folder.folder("front");
+    desktop.menus.popUp(MenuBuilder::buildItemsMenu("", folder.url(), std::nullopt), nullptr);
+    desktop.menus.openSubmenu("Templates");
+    desktop.menus.openSubmenu("nested");
+    desktop.finder.selectTwoFiles();
+    desktop.menus.choose("script.sh");
+    EXPECT_EQ(folder.names("front"), (std::vector<std::string> { "script.sh" }));
+    EXPECT_TRUE(desktop.tasks.launched.empty());
+}
+
+TEST_F(TemplateMenuTest, WithoutADestinationATemplateIsAnOrdinaryEntry)
+{
+    desktop.finder.frontWindow = std::nullopt;
+    desktop.menus.popUp(MenuBuilder::buildItemsMenu("", folder.url(), std::nullopt), nullptr);
+    desktop.menus.openSubmenu("Templates");
+    desktop.menus.choose("letter.txt");
+    EXPECT_EQ(desktop.calls, (CallRecord { "open " + (folder / "Templates---C/letter.txt").path() }));
 }
 
 TEST_F(TemplateMenuTest, ATemplateFileCodedAsAFolderHasAnEmptySubmenu)

@@ -126,5 +126,33 @@ TEST(MenuPlacementPropertyTest, AMenuInTheOpenNeverCoversItsIcon)
     }
 }
 
+struct SubmenuCase {
+    std::string name;
+    Rect proposed;
+    Rect parent;
+    Rect grandparent;
+    Point expected;
+};
+
+class SubmenuPlacementTest : public testing::TestWithParam<SubmenuCase> { };
+
+TEST_P(SubmenuPlacementTest, KeepsTheSideThatItsMenusHaveTurnedTo)
+{
+    auto const& row = GetParam();
+    EXPECT_EQ(placeSubmenu(row.proposed, row.parent, row.grandparent, { 0, 30, 1000, 700 }), row.expected);
+}
+
+std::vector<SubmenuCase> const submenuCases {
+    { "ToTheRightAsProposed", { 398, 50, 200, 90 }, { 200, 40, 200, 90 }, { 2, 30, 200, 90 }, { 398, 50 } },
+    { "ToTheLeftAsProposed", { 404, 50, 200, 90 }, { 602, 40, 200, 90 }, { 800, 30, 200, 90 }, { 404, 50 } },
+    { "OnToTheLeft", { 800, 50, 150, 90 }, { 602, 40, 200, 90 }, { 800, 30, 200, 90 }, { 454, 50 } },
+    { "BackWhereTheLeftHasNoRoom", { 298, 50, 150, 90 }, { 100, 40, 200, 90 }, { 298, 30, 200, 90 }, { 298, 50 } },
+    { "OnToTheRight", { 50, 50, 150, 90 }, { 198, 40, 200, 90 }, { 0, 30, 200, 90 }, { 396, 50 } },
+    { "BackWhereTheRightHasNoRoom", { 650, 50, 150, 90 }, { 798, 40, 200, 90 }, { 600, 30, 200, 90 }, { 650, 50 } },
+};
+
+INSTANTIATE_TEST_SUITE_P(Sides, SubmenuPlacementTest, testing::ValuesIn(submenuCases),
+    [](testing::TestParamInfo<SubmenuCase> const& row) { return row.param.name; });
+
 }
 }

@@ -131,6 +131,65 @@ TEST_F(FinderBridgeTest, AFileValueIsAReferenceOrAPath)
     EXPECT_EQ(FinderBridge::fileURLValue({ FileReference { "no url" } }), std::nullopt);
 }
 
+struct InformationRow {
+    char const* path;
+    char const* quoted;
+};
+
+TEST_F(FinderBridgeTest, TheInformationWindowIsAskedForByThePathWithBackslashesAndThenQuotesEscaped)
+{
+    for (auto const& [path, quoted] : {
+             InformationRow { "/a/plain file", "/a/plain file" },
+             InformationRow { "/a/\"quoted\"", "/a/\\\"quoted\\\"" },
+             InformationRow { "/a/back\\slash", "/a/back\\\\slash" },
+             InformationRow { "/a/\\\"", "/a/\\\\\\\"" },
+             InformationRow { "/a/\\\\", "/a/\\\\\\\\" },
+             InformationRow { "/a/\xFF\n'%s", "/a/\xFF\n'%s" },
+         }) {
+        desktop.finder.questions.clear();
+        FinderBridge::openInformationWindow(FileURL(path));
+        EXPECT_EQ(desktop.finder.questions,
+            (std::vector<std::string> {
+                std::string("tell application \"Finder\" to open information window of (POSIX file \"") + quoted
+                + "\" as alias)" }));
+        EXPECT_EQ(desktop.finder.informationWindows.back(), FileURL(path));
+    }
+    EXPECT_TRUE(desktop.log.lines().empty());
+}
+
+TEST_F(FinderBridgeTest, AnInformationWindowThatCannotOpenIsOneLineInTheLog)
+{
+    answer("tell application \"Finder\" to open information window of (POSIX file \"/a\" as alias)",
+        ScriptFailure { "refused" });
+    FinderBridge::openInformationWindow(FileURL("/a"));
+    EXPECT_EQ(desktop.log.lines(), (std::vector<std::string> { "Marrowick: AppleScript error: refused" }));
+}
+
+TEST_F(FinderBridgeTest, TrashingTellsLaterWhetherItSucceeded)
+{
+    std::vector<bool> told;
+    for (auto const* path : { "/a/one", "/a/two" })
+        FinderBridge::moveToTrash(FileURL(path), [&](bool succeeded) { told.push_back(succeeded); });
+    EXPECT_EQ(desktop.workspace.recycled,
+        (std::vector<std::vector<FileURL>> { { FileURL("/a/one") }, { FileURL("/a/two") } }));
+    EXPECT_TRUE(told.empty());
+    desktop.workspace.finishRecycling(std::nullopt);
+    EXPECT_EQ(told, (std::vector<bool> { true }));
+    desktop.workspace.finishRecycling(Error { ErrorKind::other, "no trash" });
+    EXPECT_EQ(told, (std::vector<bool> { true, false }));
+    EXPECT_TRUE(desktop.log.lines().empty());
+}
+
+TEST_F(FinderBridgeTest, TrashingNeedsNobodyToTell)
+{
+    FinderBridge::moveToTrash(FileURL("/a"));
+    desktop.workspace.finishRecycling(Error { ErrorKind::other, "no trash" });
+    FinderBridge::moveToTrash(FileURL("/a"), {});
+    desktop.workspace.finishRecycling(std::nullopt);
+    EXPECT_TRUE(desktop.log.lines().empty());
+    EXPECT_TRUE(desktop.alerts.errors.empty());
+}
+
 TEST_F(FinderBridgeTest, VolumesAreSortedByTheirNamesWithNumbersByValue)
 {
     desktop.fileManager.volumes = { FileURL("/media/u/Volume 10"), FileURL("/mnt/volume 9"), FileURL("/") };

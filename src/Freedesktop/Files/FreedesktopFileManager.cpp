@@ -47,6 +47,12 @@ Result<std::vector<ListedItem>> FreedesktopFileManager::contentsOfDirectory(
     return listDirectory(directory, keys, hidden);
 }
 
+Result<void> FreedesktopFileManager::visitNames(
+    FileURL const& directory, std::function<void(std::string_view)> const& visit) const
+{
+    return visitNamesInDirectory(directory, visit);
+}
+
 ResourceValues FreedesktopFileManager::resourceValues(FileURL const& url, ResourceKeys keys) const
 {
     if (!isSystemPath(url))
@@ -57,6 +63,13 @@ ResourceValues FreedesktopFileManager::resourceValues(FileURL const& url, Resour
 bool FreedesktopFileManager::fileExists(FileURL const& url) const
 {
     return statusOf(url).has_value();
+}
+
+bool FreedesktopFileManager::isNameTaken(FileURL const& url) const
+{
+    struct stat status { };
+    return isSystemPath(url)
+        && ::fstatat(AT_FDCWD, url.path().c_str(), &status, AT_NO_AUTOMOUNT | AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 std::optional<FileIdentity> FreedesktopFileManager::identity(FileURL const& url) const

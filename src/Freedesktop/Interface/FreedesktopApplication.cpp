@@ -77,8 +77,10 @@ void nameApplication()
 
 }
 
-FreedesktopApplication::FreedesktopApplication(int& argc, char** argv, FreedesktopEvents& events, Log& log)
+FreedesktopApplication::FreedesktopApplication(
+    int& argc, char** argv, FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate, Log& log)
     : events_(events)
+    , gate_(std::move(gate))
     , log_(log)
     , startupData_(takeStartupData())
     , application_(makeApplication(argc, argv, log))
@@ -156,6 +158,8 @@ void FreedesktopApplication::reopenIfAsked()
     if (!isAskedToReopen_ || !hasLaunched_ || !reopenHandler_)
         return;
     isAskedToReopen_ = false;
+    if (gate_->turnsUserAway())
+        return;
     FreedesktopEvents::Scope const scope(events_, Event { EventType::leftMouseUp, {} });
     auto const handler = reopenHandler_;
     handler();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Freedesktop/DeliveryGate.h"
 #include "Freedesktop/Interface/QuitSignals.h"
 #include "Platform/Application.h"
 #include "Platform/Log.h"
@@ -16,9 +17,10 @@ class FreedesktopEvents;
 /// The program as a Qt application that owns the bus name `org.marrowick.Marrowick`.
 class FreedesktopApplication : public Application {
 public:
-    /// Connects to the display. Without one the process ends with status 1 after one line in the log. `argc` and what
+    /// Other starts of the program do nothing but show why while `gate` is closed. Connects to the display. Without one the process ends with status 1 after one line in the log. `argc` and what
     /// else is passed must outlive the object.
-    FreedesktopApplication(int& argc, char** argv, FreedesktopEvents& events, Log& log);
+    FreedesktopApplication(
+        int& argc, char** argv, FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate, Log& log);
     ~FreedesktopApplication() override;
 
     std::optional<std::string> bundleIdentifier() const override;
@@ -33,6 +35,7 @@ private:
     void reopenIfAsked();
 
     FreedesktopEvents& events_;
+    std::shared_ptr<DeliveryGate> gate_;
     Log& log_;
     /// What tells a desktop which start of the program a window answers.
     QVariantMap startupData_;

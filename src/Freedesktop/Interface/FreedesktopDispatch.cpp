@@ -27,7 +27,8 @@ void lowerPriorityOfThisThread()
 
 }
 
-FreedesktopDispatch::FreedesktopDispatch()
+FreedesktopDispatch::FreedesktopDispatch(std::shared_ptr<DeliveryGate> gate)
+    : gate_(std::move(gate))
 {
     background_.setMaxThreadCount(backgroundThreads);
 }
@@ -45,7 +46,16 @@ bool FreedesktopDispatch::isMainThread() const
 
 void FreedesktopDispatch::onMainThread(std::function<void()> work)
 {
-    QMetaObject::invokeMethod(&mainThread_, std::move(work), Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &mainThread_, [this, work = std::move(work)]() mutable { deliver(std::move(work)); }, Qt::QueuedConnection);
+}
+
+void FreedesktopDispatch::deliver(std::function<void()> work)
+{
+    gate_->deliver([isAlive = QPointer(&mainThread_), work = std::move(work)] {
+        if (isAlive)
+            work();
+    });
 }
 
 void FreedesktopDispatch::inBackground(std::function<void()> work)
@@ -63,7 +73,18 @@ Subscription FreedesktopDispatch::repeatingTimer(std::chrono::milliseconds inter
 {
     auto* timer = new QTimer(&mainThread_);
     timer->setTimerType(Qt::CoarseTimer);
-    QObject::connect(timer, &QTimer::timeout, [handler = std::move(handler)] { handler(); });
+    QObject::connect(timer, &QTimer::timeout, timer,
+        [gate = gate_, timer = QPointer(timer), handler = std::move(handler), isWaiting = false]() mutable {
+            if (std::exchange(isWaiting, true))
+                return;
+            gate->deliver([&isWaiting, &handler, timer] {
+                // What the references lead to is the timer's, and its end may come from inside the handler.
+                if (!timer || !timer->isActive())
+                    return;
+                isWaiting = false;
+                handler();
+            });
+        });
     timer->start(interval);
     return Subscription([timer = QPointer(timer)] {
         if (!timer)

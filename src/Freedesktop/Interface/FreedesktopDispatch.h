@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Freedesktop/DeliveryGate.h"
 #include "Platform/Dispatch.h"
 
 #include <QObject>
 #include <QThreadPool>
+
+#include <memory>
 
 namespace marrowick {
 
@@ -13,8 +16,9 @@ namespace marrowick {
 /// dropped.
 class FreedesktopDispatch : public Dispatch {
 public:
-    /// Made on the main thread, after the application.
-    FreedesktopDispatch();
+    /// Made on the main thread, after the application. Posted work and timers come through `gate`; a timer that fires
+    /// several times while it is closed comes once.
+    explicit FreedesktopDispatch(std::shared_ptr<DeliveryGate> gate);
     ~FreedesktopDispatch() override;
 
     bool isMainThread() const override;
@@ -23,6 +27,9 @@ public:
     Subscription repeatingTimer(std::chrono::milliseconds interval, std::function<void()> handler) override;
 
 private:
+    void deliver(std::function<void()> work);
+
+    std::shared_ptr<DeliveryGate> gate_;
     QObject mainThread_;
     QThreadPool background_;
 };

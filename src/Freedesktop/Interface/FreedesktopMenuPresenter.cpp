@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <utility>
 #include <vector>
 
 namespace marrowick {
@@ -32,8 +33,8 @@ std::optional<QRect> geometryOf(StatusItem* item)
 
 }
 
-FreedesktopMenuPresenter::FreedesktopMenuPresenter(FreedesktopEvents& events)
-    : tracking_(events)
+FreedesktopMenuPresenter::FreedesktopMenuPresenter(FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate)
+    : tracking_(events, std::move(gate))
 {
     installMenuAccessibility();
 }

@@ -47,8 +47,9 @@ void FreedesktopStatusItem::Button::sendAction() const
         action();
 }
 
-FreedesktopStatusItem::FreedesktopStatusItem(FreedesktopEvents& events, Log& log)
+FreedesktopStatusItem::FreedesktopStatusItem(FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate, Log& log)
     : events_(events)
+    , gate_(std::move(gate))
     , log_(log)
     , button_(*this)
     , areas_([this](StatusArea area) { show(area); })
@@ -61,7 +62,7 @@ FreedesktopStatusItem::~FreedesktopStatusItem() = default;
 
 void FreedesktopStatusItem::setHostMenu(std::function<std::shared_ptr<Menu>()> makeMenu)
 {
-    auto previous = std::exchange(hostMenu_, std::make_unique<HostMenu>(events_, std::move(makeMenu)));
+    auto previous = std::exchange(hostMenu_, std::make_unique<HostMenu>(events_, gate_, std::move(makeMenu)));
     if (notifierIcon_)
         notifierIcon_->setContextMenu(&hostMenu_->exported());
 }
@@ -104,6 +105,8 @@ void FreedesktopStatusItem::showEmbedded(xcb_window_t manager)
     embeddedIcon_ = std::make_unique<TrayIconWindow>(manager, button_.image().value_or(Image {}),
         [this](Qt::MouseButton mouseButton, Qt::KeyboardModifiers modifiers) { pressed(mouseButton, modifiers); });
     QObject::connect(embeddedIcon_.get(), &TrayIconWindow::clicked, [this] {
+        if (gate_->turnsUserAway())
+            return;
         FreedesktopEvents::Scope const scope(events_, Event { EventType::applicationDefined, events_.modifierFlags() });
         button_.sendAction();
     });
@@ -151,7 +154,7 @@ void FreedesktopStatusItem::activated(QSystemTrayIcon::ActivationReason reason)
 
 void FreedesktopStatusItem::clicked(Event event)
 {
-    if (!button_.sendsActionOn(event.type))
+    if (!button_.sendsActionOn(event.type) || gate_->turnsUserAway())
         return;
     FreedesktopEvents::Scope const scope(events_, event);
     button_.sendAction();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Freedesktop/DeliveryGate.h"
 #include "Freedesktop/Interface/HostMenu.h"
 #include "Freedesktop/Interface/StatusAreaWatch.h"
 #include "Freedesktop/Interface/TrayIconWindow.h"
@@ -22,7 +23,8 @@ class FreedesktopEvents;
 /// once for the whole process.
 class FreedesktopStatusItem : public StatusItem {
 public:
-    FreedesktopStatusItem(FreedesktopEvents& events, Log& log);
+    /// While `gate` is closed clicks do nothing but show why.
+    FreedesktopStatusItem(FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate, Log& log);
     ~FreedesktopStatusItem() override;
 
     StatusItemButton* button() override { return &button_; }
@@ -63,6 +65,7 @@ private:
     void clicked(Event event);
 
     FreedesktopEvents& events_;
+    std::shared_ptr<DeliveryGate> gate_;
     Log& log_;
     Button button_;
     std::unique_ptr<HostMenu> hostMenu_;

@@ -18,8 +18,10 @@ bool canBeChosen(Menu const& menu, MenuItem const& item)
 
 }
 
-HostMenu::HostMenu(FreedesktopEvents& events, std::function<std::shared_ptr<Menu>()> make)
+HostMenu::HostMenu(
+    FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate, std::function<std::shared_ptr<Menu>()> make)
     : events_(events)
+    , gate_(std::move(gate))
     , make_(std::move(make))
 {
     QObject::connect(&exported_, &QMenu::aboutToShow, [this] { update(); });
@@ -33,6 +35,8 @@ QMenu& HostMenu::exported()
 
 void HostMenu::update()
 {
+    if (gate_->isClosed())
+        return;
     if (!menu_)
         menu_ = make_ ? make_() : nullptr;
     if (!menu_)
@@ -66,14 +70,18 @@ void HostMenu::rebuild()
 
 void HostMenu::choose(std::shared_ptr<MenuItem> const& item)
 {
+    if (gate_->turnsUserAway())
+        return;
     Event const event { EventType::applicationDefined, events_.modifierFlags() };
     // Later, since an action may end with this menu or wait for the user while the host waits for its answer.
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
-        [&events = events_, menu = menu_, item, event] {
-            FreedesktopEvents::Scope const scope(events, event);
-            if (item->action)
-                item->action(*item);
+        [&events = events_, gate = gate_, menu = menu_, item, event] {
+            gate->deliver([&events, menu, item, event] {
+                FreedesktopEvents::Scope const scope(events, event);
+                if (item->action)
+                    item->action(*item);
+            });
         },
         Qt::QueuedConnection);
 }

@@ -3,6 +3,7 @@
 #include "Freedesktop/Interface/MenuView.h"
 
 #include <QApplication>
+#include <QPointer>
 
 #include <utility>
 
@@ -20,8 +21,9 @@ MenuTracking::HandlerScope::~HandlerScope()
         tracking_.queueDeletion();
 }
 
-MenuTracking::MenuTracking(FreedesktopEvents& events)
+MenuTracking::MenuTracking(FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate)
     : events_(events)
+    , gate_(std::move(gate))
 {
 }
 
@@ -75,7 +77,7 @@ void MenuTracking::choose(std::shared_ptr<Menu> root, std::shared_ptr<MenuItem> 
         if (auto const action = item->action)
             action(*item);
     };
-    QMetaObject::invokeMethod(&context_, std::move(run), Qt::QueuedConnection);
+    queue(std::move(run));
 }
 
 void MenuTracking::ended(MenuView& view)
@@ -93,11 +95,21 @@ void MenuTracking::retire(std::unique_ptr<MenuView> view)
 
 void MenuTracking::queueDeletion()
 {
-    auto deleteViews = [this] {
+    queue([this] {
         if (handlers_ == 0)
             std::exchange(retired_, {}).clear();
+    });
+}
+
+void MenuTracking::queue(std::function<void()> work)
+{
+    auto deliver = [this, work = std::move(work)]() mutable {
+        gate_->deliver([isAlive = QPointer(&context_), work = std::move(work)] {
+            if (isAlive)
+                work();
+        });
     };
-    QMetaObject::invokeMethod(&context_, deleteViews, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&context_, std::move(deliver), Qt::QueuedConnection);
 }
 
 void MenuTracking::pressedOutside(QPoint position)

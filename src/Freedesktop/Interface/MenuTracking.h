@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Freedesktop/DeliveryGate.h"
 #include "Freedesktop/Interface/FreedesktopEvents.h"
 #include "Freedesktop/Interface/MenuStyle.h"
 #include "Platform/Menu.h"
@@ -8,6 +9,7 @@
 #include <QObject>
 #include <QPoint>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -19,7 +21,9 @@ class MenuView;
 /// deletion of its views, which may have to wait.
 class MenuTracking {
 public:
-    explicit MenuTracking(FreedesktopEvents& events);
+    /// While `gate` is closed neither a chosen action runs nor is a view deleted: an alert may have come up in the
+    /// middle of anything that a view does.
+    MenuTracking(FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate);
     ~MenuTracking();
     MenuTracking(MenuTracking const&) = delete;
     MenuTracking& operator=(MenuTracking const&) = delete;
@@ -55,7 +59,7 @@ public:
     /// To be called with the view that begin() returned when it has closed, by whatever cause.
     void ended(MenuView& view);
 
-    /// Deletes `view` as soon as no view handles an event.
+    /// Deletes `view` as soon as no view handles an event and no alert is up.
     void retire(std::unique_ptr<MenuView> view);
 
     /// Tells of a mouse press at `position` that hits no open menu.
@@ -66,8 +70,11 @@ public:
 
 private:
     void queueDeletion();
+    /// Runs `work` from the event loop, through the gate, unless this object has ended by then.
+    void queue(std::function<void()> work);
 
     FreedesktopEvents& events_;
+    std::shared_ptr<DeliveryGate> gate_;
     /// Queued calls end with it. Views that are destroyed still ask for one.
     QObject context_;
     std::unique_ptr<MenuStyle> style_;

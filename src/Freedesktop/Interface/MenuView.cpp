@@ -3,6 +3,7 @@
 #include "Freedesktop/Interface/Conversions.h"
 #include "Freedesktop/Interface/Icons.h"
 #include "Freedesktop/Interface/MenuTitles.h"
+#include "Platform/MenuPlacement.h"
 
 #include <QActionEvent>
 #include <QScreen>
@@ -127,6 +128,17 @@ void MenuView::actionEvent(QActionEvent* event)
     // A submenu changes nothing about the place of its entry, and laying thousands of entries out again takes long.
     if (!isAttaching_)
         QMenu::actionEvent(event);
+}
+
+void MenuView::showEvent(QShowEvent* event)
+{
+    // The toolkit tries the same side for every submenu.
+    auto const* const parent = parentView();
+    if (auto const* const grandparent = parent ? parent->parentView() : nullptr) {
+        move(pointFrom(placeSubmenu(rectFrom(geometry()), rectFrom(parent->geometry()),
+            rectFrom(grandparent->geometry()), rectFrom(parent->screen()->availableGeometry()))));
+    }
+    QMenu::showEvent(event);
 }
 
 void MenuView::hideEvent(QHideEvent* event)

@@ -56,6 +56,7 @@ public:
 protected:
     bool event(QEvent* event) override;
     void actionEvent(QActionEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void initStyleOption(QStyleOptionMenuItem* option, QAction const* action) const override;
 

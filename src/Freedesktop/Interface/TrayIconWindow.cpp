@@ -9,6 +9,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -183,6 +184,15 @@ QPixmap TrayIconWindow::grabbedBackground()
         background_ = screen()->grabWindow(internalWinId(), 0, 0, width(), height());
     }
     return background_;
+}
+
+bool TrayIconWindow::event(QEvent* event)
+{
+    // Of the program's windows the toolkit lets the user reach only the modal one and those that belong to it. What a
+    // click does meanwhile is for others to say.
+    if (event->type() == QEvent::WindowBlocked)
+        windowHandle()->setTransientParent(QGuiApplication::modalWindow());
+    return QAbstractButton::event(event);
 }
 
 void TrayIconWindow::paintEvent(QPaintEvent*)

@@ -52,6 +52,7 @@ InstalledApplication installedApplicationOf(ClientWindow const& window, Applicat
 ApplicationFacts factsOfOwnWindow(ApplicationRules const& rules)
 {
     ApplicationFacts facts;
+    facts.isThisProgram = true;
     facts.key = "entry " + rules.ownIdentifier;
     facts.identifier = rules.ownIdentifier;
     facts.name = rules.ownIdentifier.substr(rules.ownIdentifier.rfind('.') + 1);
@@ -105,6 +106,7 @@ ApplicationFacts factsOfWindow(ClientWindow const& window, ApplicationRules cons
     }
     facts.policy = window.skipsTaskbar ? ActivationPolicy::accessory : ActivationPolicy::regular;
     facts.isHidden = window.isMinimised;
+    facts.windows = { window };
     return facts;
 }
 
@@ -125,6 +127,7 @@ std::vector<ApplicationFacts> applicationsOfWindows(ClientWindows const& windows
             application.policy = ActivationPolicy::regular;
         application.isHidden = application.isHidden && facts.isHidden;
         application.isActive = application.isActive || facts.isActive;
+        application.windows.push_back(window);
     }
     return applications;
 }

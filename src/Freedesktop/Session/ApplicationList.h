@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Freedesktop/Session/ApplicationFacts.h"
 #include "Freedesktop/Session/ClientWindows.h"
 #include "Freedesktop/Session/DesktopEntries.h"
-#include "Freedesktop/Session/FreedesktopRunningApplication.h"
 
 #include <functional>
 #include <string>

@@ -38,13 +38,14 @@ private:
 
 class SpawnFileActions {
 public:
-    explicit SpawnFileActions(std::string const& workingDirectory)
+    explicit SpawnFileActions(ChildProcess const& child)
     {
         posix_spawn_file_actions_init(&actions_);
-        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        if (child.standardInput == StandardInput::empty)
+            posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
-        if (!workingDirectory.empty())
-            posix_spawn_file_actions_addchdir_np(&actions_, workingDirectory.c_str());
+        if (!child.workingDirectory.empty())
+            posix_spawn_file_actions_addchdir_np(&actions_, child.workingDirectory.c_str());
     }
     ~SpawnFileActions() { posix_spawn_file_actions_destroy(&actions_); }
     SpawnFileActions(SpawnFileActions const&) = delete;
@@ -55,21 +56,6 @@ public:
 private:
     posix_spawn_file_actions_t actions_ {};
 };
-
-std::vector<std::string> environmentWith(std::map<std::string, std::optional<std::string>> const& changes)
-{
-    std::vector<std::string> environment;
-    for (auto variable = environ; *variable; ++variable) {
-        std::string_view const entry(*variable);
-        if (!changes.contains(std::string(entry.substr(0, entry.find('=')))))
-            environment.emplace_back(entry);
-    }
-    for (auto const& [name, value] : changes) {
-        if (value)
-            environment.push_back(name + "=" + *value);
-    }
-    return environment;
-}
 
 /// The strings as the system wants them, valid as long as they stay as they are.
 std::vector<char*> pointersTo(std::vector<std::string>& strings)
@@ -84,21 +70,36 @@ std::vector<char*> pointersTo(std::vector<std::string>& strings)
 
 }
 
-bool startDetached(ChildProcess const& child)
+std::vector<std::string> environmentWith(EnvironmentChanges const& changes)
+{
+    std::vector<std::string> environment;
+    for (auto variable = environ; *variable; ++variable) {
+        std::string_view const entry(*variable);
+        if (!changes.contains(std::string(entry.substr(0, entry.find('=')))))
+            environment.emplace_back(entry);
+    }
+    for (auto const& [name, value] : changes) {
+        if (value)
+            environment.push_back(name + "=" + *value);
+    }
+    return environment;
+}
+
+int startDetached(ChildProcess const& child)
 {
     auto command = child.command;
-    auto environment = environmentWith(child.environmentChanges);
+    auto environment = child.environment;
     SpawnAttributes const attributes;
-    SpawnFileActions const actions(child.workingDirectory);
+    SpawnFileActions const actions(child);
     pid_t pid = 0;
-    if (posix_spawnp(&pid, command.front().c_str(), actions.get(), attributes.get(), pointersTo(command).data(),
-            pointersTo(environment).data())
-        != 0)
-        return false;
+    int const error = posix_spawnp(&pid, command.front().c_str(), actions.get(), attributes.get(),
+        pointersTo(command).data(), pointersTo(environment).data());
+    if (error != 0)
+        return error;
     // Collects the exit status, so that no zombie is left; nobody asks for it.
     g_child_watch_add(
         pid, [](GPid, int, void*) {}, nullptr);
-    return true;
+    return 0;
 }
 
 }

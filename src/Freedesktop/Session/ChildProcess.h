@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -7,18 +8,32 @@
 
 namespace marrowick {
 
-struct ChildProcess {
-    /// The program, looked up in PATH where it holds no slash, and its arguments. Not empty.
-    std::vector<std::string> command;
-    /// Variables that differ from this process's: set, or taken out where absent.
-    std::map<std::string, std::optional<std::string>> environmentChanges;
-    /// This process's where empty.
-    std::string workingDirectory;
+enum class StandardInput : std::uint8_t {
+    empty,
+    /// This process's own.
+    inherited,
 };
 
-/// Starts a program that goes its own way: in a session of its own, so that it outlives this process and the terminal
-/// it was started from, with no input, no other descriptors than standard output and error, and no signal ignored or
-/// blocked. False where it could not be started. Costs no copy of this process, however big it is.
-bool startDetached(ChildProcess const& child);
+struct ChildProcess {
+    /// The program, looked up in PATH where it holds no slash, and its arguments. Not empty, and no word holds a NUL.
+    std::vector<std::string> command;
+    /// "NAME=value" each.
+    std::vector<std::string> environment;
+    /// This process's where empty.
+    std::string workingDirectory;
+    StandardInput standardInput = StandardInput::empty;
+};
+
+/// Variables that are set, or taken out where absent.
+using EnvironmentChanges = std::map<std::string, std::optional<std::string>>;
+
+/// This process's environment with some variables that differ.
+std::vector<std::string> environmentWith(EnvironmentChanges const& changes);
+
+/// Starts a program that goes its own way: in a session of its own, so that neither the end of this process nor of the
+/// terminal it was started from ends it, without other descriptors than standard input, output and error, and with no
+/// signal ignored or blocked. Zero, or the system's error number where it could not be started. Costs no copy of this
+/// process, however big it is.
+int startDetached(ChildProcess const& child);
 
 }

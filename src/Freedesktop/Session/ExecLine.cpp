@@ -3,6 +3,8 @@
 #include "Freedesktop/GLibOwners.h"
 
 #include <algorithm>
+#include <span>
+#include <utility>
 
 namespace marrowick {
 
@@ -23,9 +25,23 @@ bool isFieldCode(std::string_view word)
     return word.size() == 2 && word.front() == '%' && word.back() != '%';
 }
 
-/// One word with its field codes replaced; `usedFile` tells that the file was asked for.
-std::string expandWord(std::string_view word, ExecFields const& fields, bool& usedFile)
+bool takesSeveralFiles(std::vector<std::string> const& words)
 {
+    return std::any_of(
+        words.begin(), words.end(), [](std::string const& word) { return word == "%F" || word == "%U"; });
+}
+
+/// One command in the making.
+struct Expansion {
+    ExecFields const& fields;
+    std::span<std::string const> files;
+    std::vector<std::string> command;
+    bool usedFile = false;
+};
+
+std::string expandWord(std::string_view word, Expansion& expansion)
+{
+    auto const file = expansion.files.empty() ? std::string() : expansion.files.front();
     std::string expanded;
     for (std::size_t i = 0; i < word.size(); ++i) {
         if (word[i] != '%' || i + 1 == word.size()) {
@@ -38,19 +54,19 @@ std::string expandWord(std::string_view word, ExecFields const& fields, bool& us
             break;
         case 'f':
         case 'F':
-            expanded += fields.file.value_or(std::string());
-            usedFile = true;
+            expanded += file;
+            expansion.usedFile = true;
             break;
         case 'u':
         case 'U':
-            expanded += fields.file ? fileURIOf(*fields.file) : std::string();
-            usedFile = true;
+            expanded += file.empty() ? std::string() : fileURIOf(file);
+            expansion.usedFile = true;
             break;
         case 'c':
-            expanded += fields.localizedName;
+            expanded += expansion.fields.localizedName;
             break;
         case 'k':
-            expanded += fields.entryPath;
+            expanded += expansion.fields.entryPath;
             break;
         default:
             // Codes of the past stand for nothing.
@@ -60,25 +76,53 @@ std::string expandWord(std::string_view word, ExecFields const& fields, bool& us
     return expanded;
 }
 
+void addWord(std::string const& word, Expansion& expansion)
+{
+    auto& command = expansion.command;
+    if (word == "%i") {
+        if (!expansion.fields.icon.empty())
+            command.insert(command.end(), { "--icon", expansion.fields.icon });
+        return;
+    }
+    if (word == "%F" || word == "%U") {
+        for (auto const& file : expansion.files)
+            command.push_back(word == "%F" ? file : fileURIOf(file));
+        expansion.usedFile = true;
+        return;
+    }
+    auto expanded = expandWord(word, expansion);
+    if (!expanded.empty() || !isFieldCode(word))
+        command.push_back(std::move(expanded));
 }
 
-std::vector<std::string> expandExecLine(std::string const& exec, ExecFields const& fields)
+std::vector<std::string> expandWords(
+    std::vector<std::string> const& words, ExecFields const& fields, std::span<std::string const> files)
 {
-    std::vector<std::string> command;
-    bool usedFile = false;
-    for (auto const& word : wordsOf(exec)) {
-        if (word == "%i") {
-            if (!fields.icon.empty())
-                command.insert(command.end(), { "--icon", fields.icon });
-            continue;
-        }
-        auto expanded = expandWord(word, fields, usedFile);
-        if (!expanded.empty() || !isFieldCode(word))
-            command.push_back(std::move(expanded));
-    }
-    if (!command.empty() && fields.file && !usedFile)
-        command.push_back(*fields.file);
-    return command;
+    Expansion expansion { .fields = fields, .files = files, .command = {} };
+    for (auto const& word : words)
+        addWord(word, expansion);
+    if (!expansion.command.empty() && !expansion.usedFile)
+        expansion.command.insert(expansion.command.end(), files.begin(), files.end());
+    return std::move(expansion.command);
+}
+
+}
+
+std::vector<std::vector<std::string>> expandExecLine(std::string const& exec, ExecFields const& fields)
+{
+    auto const words = wordsOf(exec);
+    std::span<std::string const> const files(fields.files);
+    auto const filesPerStart = takesSeveralFiles(words) ? std::max<std::size_t>(files.size(), 1) : std::size_t { 1 };
+    std::vector<std::vector<std::string>> commands;
+    std::size_t next = 0;
+    do {
+        auto const count = std::min(filesPerStart, files.size() - next);
+        auto command = expandWords(words, fields, files.subspan(next, count));
+        if (!command.empty())
+            commands.push_back(std::move(command));
+        next += filesPerStart;
+    } while (next < files.size());
+    return commands;
 }
 
 std::string soleProgramOfExecLine(std::string const& exec)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,16 +8,17 @@ namespace marrowick {
 
 /// What the field codes of a desktop entry's command line stand for.
 struct ExecFields {
-    /// The exact bytes of an absolute path; absent where the application is started without a file.
-    std::optional<std::string> file;
+    /// The exact bytes of absolute paths.
+    std::vector<std::string> files;
     std::string localizedName;
     std::string icon;
     std::string entryPath;
 };
 
-/// The words of the command that `exec`, a desktop entry's Exec key, asks for. A file that no field code asks for
-/// becomes the last word. Empty where the line cannot be parsed.
-std::vector<std::string> expandExecLine(std::string const& exec, ExecFields const& fields);
+/// The words of each command that `exec`, a desktop entry's Exec key, asks for: one that gets all files where it takes
+/// several, otherwise one for each file. A file that no field code asks for becomes the last word of its command. None
+/// where the line cannot be parsed.
+std::vector<std::vector<std::string>> expandExecLine(std::string const& exec, ExecFields const& fields);
 
 /// The file name of the program that `exec` starts; empty where other words than options and field codes follow it,
 /// as those may name what really runs.

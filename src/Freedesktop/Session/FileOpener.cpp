@@ -56,8 +56,22 @@ FileURL resolved(FileURL const& url)
     return path ? FileURL(path.get(), url.hasDirectoryPath()) : url;
 }
 
-std::optional<std::string> executableOfAppDirectory(FileURL const& directory)
+bool isDesktopEntry(FileURL const& url)
 {
+    return url.pathExtension() == "desktop" || resolved(url).pathExtension() == "desktop";
+}
+
+bool isProgram(std::string const& path, std::string const& beginning)
+{
+    return beginning.starts_with("\177ELF") && isExecutableFile(path);
+}
+
+/// The program of a directory `Name.app`, links followed; absent for other directories too.
+std::optional<std::string> programOfDirectory(FileURL const& url)
+{
+    auto const directory = resolved(url);
+    if (directory.pathExtension() != "app")
+        return std::nullopt;
     auto const name = directory.nameWithoutExtension();
     std::array const candidates { directory.appendingPathComponent("AppRun"), directory.appendingPathComponent(name),
         directory.appendingPathComponent("Contents/Linux").appendingPathComponent(name) };
@@ -83,43 +97,75 @@ void FileOpener::open(FileURL const& url)
 
 void FileOpener::openDirectory(FileURL const& url)
 {
-    auto const target = resolved(url);
-    auto const program
-        = target.pathExtension() == "app" ? executableOfAppDirectory(target) : std::optional<std::string>();
-    if (program)
+    if (auto const program = programOfDirectory(url))
         launcher_.startProgram(*program);
     else
-        launcher_.openInDefaultApplication(directoryType, url.path());
+        launcher_.openInDefaultApplication(directoryType, { url.path() });
 }
 
 void FileOpener::openRegularFile(FileURL const& url)
 {
     auto const& path = url.path();
-    bool const isDesktopEntry = url.pathExtension() == "desktop" || resolved(url).pathExtension() == "desktop";
-    if (isDesktopEntry) {
-        if (!launchDesktopEntry(path))
-            launcher_.openInDefaultApplication(plainText, path);
+    if (isDesktopEntry(url)) {
+        if (!launchDesktopEntry(path, {}))
+            launcher_.openInDefaultApplication(plainText, { path });
         return;
     }
     auto const beginning = beginningOf(path);
-    if (beginning.starts_with("\177ELF") && isExecutableFile(path)) {
+    if (isProgram(path, beginning)) {
         launcher_.startProgram(path);
         return;
     }
     auto const type = contentTypeOf(path, beginning);
-    if (!launcher_.openInDefaultApplication(type.c_str(), path) && type == emptyFile)
-        launcher_.openInDefaultApplication(plainText, path);
+    if (!launcher_.openInDefaultApplication(type.c_str(), { path }) && type == emptyFile)
+        launcher_.openInDefaultApplication(plainText, { path });
 }
 
-bool FileOpener::launchDesktopEntry(std::string const& path)
+bool FileOpener::launchDesktopEntry(std::string const& path, std::vector<std::string> const& files)
 {
     if (!isExecutableFile(path) && !liesInApplicationsFolder(path, applicationsFolders()))
         return false;
     GObjectOwner<GDesktopAppInfo> const application(g_desktop_app_info_new_from_filename(path.c_str()));
     if (!application)
         return false;
-    launcher_.launch(application.get(), std::nullopt);
+    launcher_.launch(application.get(), files);
     return true;
+}
+
+void FileOpener::open(std::vector<FileURL> const& files, FileURL const& application)
+{
+    std::vector<std::string> paths;
+    for (auto const& file : files) {
+        if (file.path().starts_with('/'))
+            paths.push_back(file.path());
+    }
+    if (paths.empty())
+        return;
+    if (application.path() == textEditorPath) {
+        launcher_.openInDefaultApplication(plainText, paths);
+        return;
+    }
+    struct stat status { };
+    if (!application.path().starts_with('/') || stat(application.path().c_str(), &status) != 0)
+        return;
+    if (S_ISREG(status.st_mode)) {
+        openWithRegularFile(paths, application);
+    } else if (S_ISDIR(status.st_mode)) {
+        if (auto const program = programOfDirectory(application))
+            launcher_.startProgram(*program, paths);
+    }
+}
+
+void FileOpener::openWithRegularFile(std::vector<std::string> const& files, FileURL const& application)
+{
+    auto const& path = application.path();
+    if (isDesktopEntry(application)) {
+        // As where it is opened by itself: what may not be started is shown instead.
+        if (!launchDesktopEntry(path, files))
+            launcher_.openInDefaultApplication(plainText, { path });
+    } else if (isProgram(path, beginningOf(path))) {
+        launcher_.startProgram(path, files);
+    }
 }
 
 }

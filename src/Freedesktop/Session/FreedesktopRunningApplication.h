@@ -1,27 +1,18 @@
 #pragma once
 
-#include "Platform/RunningApplication.h"
+#include "Freedesktop/Session/ApplicationFacts.h"
+#include "Freedesktop/Session/ApplicationTermination.h"
 
+#include <memory>
 #include <utility>
 
 namespace marrowick {
 
-/// What was known of an application when the windows were last looked at.
-struct ApplicationFacts {
-    /// Tells applications apart; never shown.
-    std::string key;
-    std::optional<std::string> identifier;
-    std::optional<std::string> name;
-    std::optional<FileURL> bundleURL;
-    ActivationPolicy policy = ActivationPolicy::regular;
-    bool isActive = false;
-    bool isHidden = false;
-};
-
 class FreedesktopRunningApplication : public RunningApplication {
 public:
-    explicit FreedesktopRunningApplication(ApplicationFacts facts)
+    FreedesktopRunningApplication(ApplicationFacts facts, std::shared_ptr<XConnection> connection)
         : facts_(std::move(facts))
+        , connection_(std::move(connection))
     {
     }
 
@@ -31,9 +22,12 @@ public:
     ActivationPolicy activationPolicy() const override { return facts_.policy; }
     bool isActive() const override { return facts_.isActive; }
     bool isHidden() const override { return facts_.isHidden; }
+    void terminate() override { askToTerminate(facts_, *connection_); }
+    void forceTerminate() override { forceTermination(facts_, *connection_); }
 
 private:
     ApplicationFacts facts_;
+    std::shared_ptr<XConnection> connection_;
 };
 
 }

@@ -6,10 +6,12 @@
 
 namespace marrowick {
 
-FreedesktopWorkspace::FreedesktopWorkspace(std::shared_ptr<XConnection> connection, std::string ownIdentifier)
-    : launcher_(connection)
+FreedesktopWorkspace::FreedesktopWorkspace(
+    std::shared_ptr<XConnection> connection, std::shared_ptr<DeliveryGate> gate, std::string ownIdentifier)
+    : gate_(std::move(gate))
+    , launcher_(connection)
     , opener_(launcher_)
-    , runningApplications_(std::move(connection), std::move(ownIdentifier))
+    , runningApplications_(std::move(connection), gate_, std::move(ownIdentifier))
 {
 }
 
@@ -30,7 +32,25 @@ void FreedesktopWorkspace::activateFileViewerSelecting(std::vector<FileURL> cons
     fileManager_.showItems(absolute, launcher_.makeStartupID(), [this, opened](FileURL const& url) {
         auto const folder = url.deletingLastPathComponent();
         if (opened->insert(folder).second)
-            launcher_.openInDefaultApplication("inode/directory", folder.path());
+            launcher_.openInDefaultApplication("inode/directory", { folder.path() });
+    });
+}
+
+void FreedesktopWorkspace::open(std::vector<FileURL> const& urls, FileURL const& withApplication)
+{
+    opener_.open(urls, withApplication);
+}
+
+void FreedesktopWorkspace::selectFile(FileURL const& path)
+{
+    activateFileViewerSelecting({ path });
+}
+
+void FreedesktopWorkspace::recycle(std::vector<FileURL> const& urls, std::function<void(std::optional<Error>)> done)
+{
+    trash_.recycle(urls, [gate = gate_, done = std::move(done)](std::optional<Error> error) {
+        if (done)
+            gate->deliver([done, error = std::move(error)] { done(error); });
     });
 }
 

@@ -47,37 +47,34 @@ std::string textOf(char* owned)
     return text ? std::string(text.get()) : std::string();
 }
 
-std::vector<std::string> commandOf(GDesktopAppInfo* application, std::optional<std::string> const& file)
+std::vector<std::vector<std::string>> commandsOf(GDesktopAppInfo* application, std::vector<std::string> const& files)
 {
     char const* const exec = g_app_info_get_commandline(G_APP_INFO(application));
     if (!exec)
         return {};
     char const* const path = g_desktop_app_info_get_filename(application);
     ExecFields const fields {
-        .file = file,
+        .files = files,
         .localizedName = g_app_info_get_name(G_APP_INFO(application)),
         .icon = textOf(g_desktop_app_info_get_string(application, "Icon")),
         .entryPath = path ? path : "",
     };
-    auto command = expandExecLine(exec, fields);
-    if (command.empty() || !g_desktop_app_info_get_boolean(application, "Terminal"))
-        return command;
-    auto words = terminalWords();
+    auto commands = expandExecLine(exec, fields);
+    if (commands.empty() || !g_desktop_app_info_get_boolean(application, "Terminal"))
+        return commands;
+    auto const words = terminalWords();
     if (words.empty())
         return {};
-    words.insert(words.end(), command.begin(), command.end());
-    return words;
+    for (auto& command : commands)
+        command.insert(command.begin(), words.begin(), words.end());
+    return commands;
 }
 
 /// What this process was told about its own start does not hold for what it starts.
-ChildProcess childWith(std::vector<std::string> command)
+EnvironmentChanges changesForStart()
 {
-    ChildProcess child;
-    child.command = std::move(command);
-    for (auto const* name :
-        { "DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN", "GIO_LAUNCHED_DESKTOP_FILE", "GIO_LAUNCHED_DESKTOP_FILE_PID" })
-        child.environmentChanges[name] = std::nullopt;
-    return child;
+    return { { "DESKTOP_STARTUP_ID", std::nullopt }, { "XDG_ACTIVATION_TOKEN", std::nullopt },
+        { "GIO_LAUNCHED_DESKTOP_FILE", std::nullopt }, { "GIO_LAUNCHED_DESKTOP_FILE_PID", std::nullopt } };
 }
 
 }
@@ -93,27 +90,35 @@ std::string Launcher::makeStartupID()
         + std::to_string(connection_->serverTime());
 }
 
-void Launcher::startProgram(std::string const& path)
+void Launcher::startProgram(std::string const& path, std::vector<std::string> const& arguments)
 {
-    startDetached(childWith({ path }));
-}
-
-void Launcher::launch(GDesktopAppInfo* application, std::optional<std::string> const& file)
-{
-    auto command = commandOf(application, file);
-    if (command.empty()) {
-        if (g_desktop_app_info_get_boolean(application, "DBusActivatable"))
-            activateOverBus(application, file);
-        return;
-    }
-    auto child = childWith(std::move(command));
-    child.workingDirectory = textOf(g_desktop_app_info_get_string(application, "Path"));
-    if (g_desktop_app_info_get_boolean(application, "StartupNotify"))
-        child.environmentChanges["DESKTOP_STARTUP_ID"] = makeStartupID();
+    ChildProcess child {
+        .command = { path }, .environment = environmentWith(changesForStart()), .workingDirectory = {}
+    };
+    child.command.insert(child.command.end(), arguments.begin(), arguments.end());
     startDetached(child);
 }
 
-void Launcher::activateOverBus(GDesktopAppInfo* application, std::optional<std::string> const& file)
+void Launcher::launch(GDesktopAppInfo* application, std::vector<std::string> const& files)
+{
+    auto commands = commandsOf(application, files);
+    if (commands.empty() && g_desktop_app_info_get_boolean(application, "DBusActivatable"))
+        activateOverBus(application, files);
+    for (auto& command : commands)
+        start(application, std::move(command));
+}
+
+void Launcher::start(GDesktopAppInfo* application, std::vector<std::string> command)
+{
+    auto changes = changesForStart();
+    if (g_desktop_app_info_get_boolean(application, "StartupNotify"))
+        changes["DESKTOP_STARTUP_ID"] = makeStartupID();
+    startDetached({ .command = std::move(command),
+        .environment = environmentWith(changes),
+        .workingDirectory = textOf(g_desktop_app_info_get_string(application, "Path")) });
+}
+
+void Launcher::activateOverBus(GDesktopAppInfo* application, std::vector<std::string> const& files)
 {
     char const* const path = g_desktop_app_info_get_filename(application);
     GStringOwner const name(path ? g_path_get_basename(path) : g_strdup(""));
@@ -131,20 +136,25 @@ void Launcher::activateOverBus(GDesktopAppInfo* application, std::optional<std::
     GVariantBuilder platformData;
     g_variant_builder_init(&platformData, G_VARIANT_TYPE_VARDICT);
     g_variant_builder_add(&platformData, "{sv}", "desktop-startup-id", g_variant_new_string(makeStartupID().c_str()));
-    auto const uri = file ? fileURIOf(*file) : std::string();
-    char const* const uris[] = { uri.c_str(), nullptr };
+    GVariantBuilder uris;
+    g_variant_builder_init(&uris, G_VARIANT_TYPE("as"));
+    for (auto const& file : files)
+        g_variant_builder_add(&uris, "s", fileURIOf(file).c_str());
+    bool const hasFiles = !files.empty();
     auto* const arguments
-        = file ? g_variant_new("(^asa{sv})", uris, &platformData) : g_variant_new("(a{sv})", &platformData);
-    bus_.call({ destination, objectPath, "org.freedesktop.Application", file ? "Open" : "Activate", arguments },
+        = hasFiles ? g_variant_new("(asa{sv})", &uris, &platformData) : g_variant_new("(a{sv})", &platformData);
+    if (!hasFiles)
+        g_variant_builder_clear(&uris);
+    bus_.call({ destination, objectPath, "org.freedesktop.Application", hasFiles ? "Open" : "Activate", arguments },
         [](GVariant*, GError const*) {});
 }
 
-bool Launcher::openInDefaultApplication(char const* contentType, std::string const& file)
+bool Launcher::openInDefaultApplication(char const* contentType, std::vector<std::string> const& files)
 {
     GObjectOwner<GAppInfo> const application(g_app_info_get_default_for_type(contentType, FALSE));
     if (!application || !G_IS_DESKTOP_APP_INFO(application.get()))
         return false;
-    launch(G_DESKTOP_APP_INFO(application.get()), file);
+    launch(G_DESKTOP_APP_INFO(application.get()), files);
     return true;
 }
 

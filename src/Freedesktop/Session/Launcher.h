@@ -7,8 +7,8 @@
 #include <gio/gdesktopappinfo.h>
 
 #include <memory>
-#include <optional>
 #include <string>
+#include <vector>
 
 namespace marrowick {
 
@@ -18,20 +18,21 @@ public:
     explicit Launcher(std::shared_ptr<XConnection> connection);
 
     /// Starts an executable file.
-    void startProgram(std::string const& path);
+    void startProgram(std::string const& path, std::vector<std::string> const& arguments = {});
 
-    /// Starts an application, with a file where one is given.
-    void launch(GDesktopAppInfo* application, std::optional<std::string> const& file);
+    /// Starts an application: once, or for each of `files` where it takes but one.
+    void launch(GDesktopAppInfo* application, std::vector<std::string> const& files);
 
-    /// Opens `file` in the user's application for `contentType`; false where there is none.
-    bool openInDefaultApplication(char const* contentType, std::string const& file);
+    /// Opens `files` in the user's application for `contentType`; false where there is none.
+    bool openInDefaultApplication(char const* contentType, std::vector<std::string> const& files);
 
     /// Tells the next window of another program that the user asked for it at this moment, so that it may come to the
     /// front.
     std::string makeStartupID();
 
 private:
-    void activateOverBus(GDesktopAppInfo* application, std::optional<std::string> const& file);
+    void start(GDesktopAppInfo* application, std::vector<std::string> command);
+    void activateOverBus(GDesktopAppInfo* application, std::vector<std::string> const& files);
 
     std::shared_ptr<XConnection> connection_;
     SessionBus bus_;

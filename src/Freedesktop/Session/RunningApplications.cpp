@@ -1,5 +1,7 @@
 #include "Freedesktop/Session/RunningApplications.h"
 
+#include "Freedesktop/Session/FreedesktopRunningApplication.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,6 +26,17 @@ std::string executableOfProcess(pid_t pid)
     return std::string(path);
 }
 
+std::vector<ProcessIdentity> processesOf(ApplicationFacts const& application)
+{
+    std::vector<ProcessIdentity> processes;
+    for (auto const& window : application.windows) {
+        auto const process = window.pid && window.isLocal ? identityOfProcess(*window.pid) : std::nullopt;
+        if (process && std::find(processes.begin(), processes.end(), *process) == processes.end())
+            processes.push_back(*process);
+    }
+    return processes;
+}
+
 }
 
 struct RunningApplications::Observers {
@@ -44,8 +57,10 @@ struct RunningApplications::Observers {
     }
 };
 
-RunningApplications::RunningApplications(std::shared_ptr<XConnection> connection, std::string ownIdentifier)
+RunningApplications::RunningApplications(
+    std::shared_ptr<XConnection> connection, std::shared_ptr<DeliveryGate> gate, std::string ownIdentifier)
     : connection_(std::move(connection))
+    , gate_(std::move(gate))
     , rules_ { entries_, std::move(ownIdentifier), getpid(), executableOfProcess }
     , observers_(std::make_shared<Observers>())
 {
@@ -54,6 +69,9 @@ RunningApplications::RunningApplications(std::shared_ptr<XConnection> connection
 
 RunningApplications::~RunningApplications()
 {
+    // What waits at the gate still knows them.
+    for (auto const& observer : observers_->all)
+        observer->hasEnded = true;
     connection_->watchRootProperty(XAtom::netActiveWindow, nullptr);
 }
 
@@ -62,14 +80,17 @@ std::vector<ApplicationFacts> RunningApplications::read()
     auto const windows = readClientWindows(*connection_);
     if (!windows.windows.empty())
         entries_.refresh();
-    return applicationsOfWindows(windows, rules_);
+    auto applications = applicationsOfWindows(windows, rules_);
+    for (auto& application : applications)
+        application.processes = processesOf(application);
+    return applications;
 }
 
 std::vector<std::shared_ptr<RunningApplication>> RunningApplications::list()
 {
     std::vector<std::shared_ptr<RunningApplication>> applications;
     for (auto& facts : read())
-        applications.push_back(std::make_shared<FreedesktopRunningApplication>(std::move(facts)));
+        applications.push_back(std::make_shared<FreedesktopRunningApplication>(std::move(facts), connection_));
     return applications;
 }
 
@@ -112,12 +133,13 @@ void RunningApplications::activeWindowChanged()
         facts = *whole;
     facts.isActive = true;
 
-    auto const application = std::make_shared<FreedesktopRunningApplication>(std::move(facts));
-    auto const observers = observers_->all;
-    for (auto const& observer : observers) {
-        if (!observer->hasEnded)
-            observer->handler(application);
-    }
+    auto const application = std::make_shared<FreedesktopRunningApplication>(std::move(facts), connection_);
+    gate_->deliver([application, observers = observers_->all] {
+        for (auto const& observer : observers) {
+            if (!observer->hasEnded)
+                observer->handler(application);
+        }
+    });
 }
 
 }

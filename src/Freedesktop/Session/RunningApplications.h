@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Freedesktop/DeliveryGate.h"
 #include "Freedesktop/Session/ApplicationList.h"
 #include "Platform/Subscription.h"
 
@@ -14,7 +15,9 @@ class RunningApplications {
 public:
     using ActivationHandler = std::function<void(std::shared_ptr<RunningApplication>)>;
 
-    RunningApplications(std::shared_ptr<XConnection> connection, std::string ownIdentifier);
+    /// Observers hear through `gate`.
+    RunningApplications(
+        std::shared_ptr<XConnection> connection, std::shared_ptr<DeliveryGate> gate, std::string ownIdentifier);
     ~RunningApplications();
     RunningApplications(RunningApplications const&) = delete;
     RunningApplications& operator=(RunningApplications const&) = delete;
@@ -32,6 +35,7 @@ private:
     void activeWindowChanged();
 
     std::shared_ptr<XConnection> connection_;
+    std::shared_ptr<DeliveryGate> gate_;
     DesktopEntries entries_;
     ApplicationRules rules_;
     std::string lastActive_;

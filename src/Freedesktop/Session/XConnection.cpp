@@ -3,6 +3,7 @@
 #include <QMetaObject>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <utility>
@@ -14,6 +15,7 @@ namespace {
 constexpr std::array<std::string_view, static_cast<std::size_t>(XAtom::count)> atomNames {
     "_NET_ACTIVE_WINDOW",
     "_NET_CLIENT_LIST",
+    "_NET_CLOSE_WINDOW",
     "_NET_CLIENT_LIST_STACKING",
     "_NET_CURRENT_DESKTOP",
     "_NET_SUPPORTED",
@@ -133,6 +135,32 @@ xcb_timestamp_t XConnection::serverTime()
     readEvents();
     noticeQueuedEvents();
     return time_;
+}
+
+void XConnection::sendToManager(xcb_window_t window, XAtom message, std::array<std::uint32_t, 5> const& data)
+{
+    if (!isUsable())
+        return;
+    xcb_client_message_event_t event {};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom(message);
+    std::copy(data.begin(), data.end(), event.data.data32);
+    std::array<char, sizeof event> bytes {};
+    std::memcpy(bytes.data(), &event, sizeof event);
+    xcb_send_event(connection_.get(), 0, root_,
+        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT, bytes.data());
+    xcb_flush(connection_.get());
+}
+
+void XConnection::killClient(xcb_window_t window)
+{
+    // Zero would stand for all programs that have left something behind.
+    if (!isUsable() || window == XCB_WINDOW_NONE)
+        return;
+    xcb_kill_client(connection_.get(), window);
+    xcb_flush(connection_.get());
 }
 
 void XConnection::watchRootProperty(XAtom property, std::function<void()> handler)

@@ -19,6 +19,7 @@ namespace marrowick {
 enum class XAtom : std::uint8_t {
     netActiveWindow,
     netClientList,
+    netCloseWindow,
     netClientListStacking,
     netCurrentDesktop,
     netSupported,
@@ -71,6 +72,11 @@ public:
 
     /// The server's clock at this moment; the "current time" of the protocol without a server.
     xcb_timestamp_t serverTime();
+
+    /// Sends the window manager a message about `window`.
+    void sendToManager(xcb_window_t window, XAtom message, std::array<std::uint32_t, 5> const& data);
+    /// Ends the connection of the program whose window it is.
+    void killClient(xcb_window_t window);
 
     /// `handler` runs from the event loop after properties of the root window changed; null ends it.
     void watchRootProperty(XAtom property, std::function<void()> handler);

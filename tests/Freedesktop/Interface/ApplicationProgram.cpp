@@ -1,8 +1,10 @@
 // A program with nothing but the application service, for tests that need several processes. It says on standard output
 // what happens to it. The words of the command line:
 //   late-handler  learns what a reopening does only a while after the launch
+//   alert         shows two alerts, one after the other, with the buttons "First" and "Last"
 //   start-child   starts `cat` on what the kernel tells of that process, and writes down its answer
 
+#include "Freedesktop/Interface/FreedesktopAlerts.h"
 #include "Freedesktop/Interface/FreedesktopApplication.h"
 #include "Freedesktop/Interface/FreedesktopEvents.h"
 
@@ -11,6 +13,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <string>
 
 namespace {
@@ -38,6 +41,15 @@ bool has(int argc, char** argv, std::string_view word)
     return false;
 }
 
+void askTwice(marrowick::Alerts& alerts)
+{
+    for (int round = 0; round < 2; ++round) {
+        QTimer::singleShot(0, [] { say("asked"); });
+        auto const answer = alerts.runModal({ marrowick::AlertStyle::warning, "Question?", "", { "First", "Last" } });
+        say("answer " + std::to_string(answer));
+    }
+}
+
 }
 
 int main(int argc, char** argv)
@@ -45,13 +57,16 @@ int main(int argc, char** argv)
     using namespace marrowick;
     bool const isLate = has(argc, argv, "late-handler");
     bool const startsChild = has(argc, argv, "start-child");
+    bool const showsAlert = has(argc, argv, "alert");
     ErrorLog log;
     FreedesktopEvents events;
-    FreedesktopApplication application(argc, argv, events, log);
+    auto const gate = std::make_shared<DeliveryGate>();
+    FreedesktopApplication application(argc, argv, events, gate, log);
     if (!application.claimSingleInstance()) {
         say("not the first");
         return 0;
     }
+    FreedesktopAlerts alerts(gate);
     QTimer timer;
     auto const setHandler = [&] {
         say("handler set");
@@ -67,6 +82,8 @@ int main(int argc, char** argv)
             QTimer::singleShot(1000, &timer, setHandler);
         else
             setHandler();
+        if (showsAlert)
+            QTimer::singleShot(0, &timer, [&] { askTwice(alerts); });
         if (startsChild) {
             raise(SIGPIPE);
             QProcess child;

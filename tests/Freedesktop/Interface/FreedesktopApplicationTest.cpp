@@ -205,5 +205,56 @@ TEST_F(FreedesktopApplicationTest, OnlyClientOfAnXServerConnectsAndEndsWithTheSe
     EXPECT_FALSE(isNameOwned());
 }
 
+TEST_F(FreedesktopApplicationTest, SignalsEndAnAlertWithItsLastButtonAndThenTheProgram)
+{
+    for (int const signal : { SIGTERM, SIGINT, SIGHUP }) {
+        Program program({ QStringLiteral("alert") });
+        ASSERT_TRUE(program.waitForOutput("asked"));
+        program.send(signal);
+        ASSERT_TRUE(program.waitForEnd()) << signal;
+        EXPECT_EQ(program.exitStatus(), 0) << signal;
+        // The second question is not shown any more.
+        EXPECT_THAT(program.output(), HasSubstr("asked\nanswer 1\nanswer 1\nended"));
+    }
+}
+
+TEST_F(FreedesktopApplicationTest, ASecondStartWhileAnAlertIsUpIsNotKeptForLater)
+{
+    Program first({ QStringLiteral("alert") });
+    ASSERT_TRUE(first.waitForOutput("asked"));
+    Program second;
+    ASSERT_TRUE(second.waitForEnd());
+    EXPECT_EQ(second.exitStatus(), 0);
+    auto const escapeUntil = [&](std::string const& text) {
+        return waitFor([&] {
+            xdotool(QStringLiteral("key Escape"));
+            return first.output().find(text) != std::string::npos;
+        });
+    };
+    EXPECT_TRUE(escapeUntil("answer 1\nasked\nanswer 1"));
+    EXPECT_THAT(first.output(), Not(HasSubstr("reopened")));
+    Program third;
+    ASSERT_TRUE(third.waitForEnd());
+    EXPECT_TRUE(first.waitForOutput("reopened by event 2"));
+    EXPECT_EQ(first.output().find("reopened"), first.output().rfind("reopened"));
+}
+
+TEST_F(FreedesktopApplicationTest, TheEndOfTheDisplayEndsAnAlertAndTheProgram)
+{
+    TestProcess server(QStringLiteral("Xvfb"),
+        { QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-nolisten"), QStringLiteral("tcp") });
+    QRegularExpression const number(QStringLiteral("^(\\d+)\n"), QRegularExpression::MultilineOption);
+    auto const told = [&] { return number.match(QString::fromStdString(server.output())); };
+    ASSERT_TRUE(waitFor([&] { return told().hasMatch(); }));
+    qputenv("DISPLAY", ":" + told().captured(1).toLatin1());
+    Program program({ QStringLiteral("alert") });
+    ASSERT_TRUE(program.waitForOutput("asked")) << program.output();
+    server.process().terminate();
+    ASSERT_TRUE(program.waitForEnd());
+    EXPECT_EQ(program.process().exitStatus(), QProcess::NormalExit) << program.output();
+    EXPECT_THAT(program.output(), Not(HasSubstr("answer 0")));
+    EXPECT_FALSE(isNameOwned());
+}
+
 }
 }

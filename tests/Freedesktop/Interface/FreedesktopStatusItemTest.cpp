@@ -1,5 +1,7 @@
 #include "Freedesktop/Interface/FreedesktopStatusItem.h"
 
+#include "Freedesktop/Interface/AlertUser.h"
+#include "Freedesktop/Interface/FreedesktopAlerts.h"
 #include "Freedesktop/Interface/FreedesktopEvents.h"
 #include "Freedesktop/Interface/FreedesktopStatusBar.h"
 #include "Freedesktop/Interface/SessionSupport.h"
@@ -149,7 +151,7 @@ protected:
 
     void makeItem()
     {
-        item_ = FreedesktopStatusBar(events_, log_).makeStatusItem(StatusBar::squareLength);
+        item_ = FreedesktopStatusBar(events_, gate_, log_).makeStatusItem(StatusBar::squareLength);
         auto& button = *item_->button();
         button.setImage(Image::systemSymbol("arrowtriangle.down.square", "Marrowick"));
         button.setAction([this] {
@@ -240,6 +242,7 @@ protected:
     }
 
     FreedesktopEvents events_;
+    std::shared_ptr<DeliveryGate> gate_ = std::make_shared<DeliveryGate>();
     RecordingLog log_;
     std::unique_ptr<TestProcess> host_;
     QRect panel_;
@@ -346,6 +349,31 @@ TEST_F(FreedesktopStatusItemTest, SecondClickOnTheEmbeddedIconClosesTheMenuThatT
     xdotool(QStringLiteral("click 3"));
     EXPECT_TRUE(waitFor([&] { return !clicks_.empty() && clicks_.back().type == EventType::rightMouseUp; }));
     EXPECT_THAT(clicks_, ElementsAre(leftClick(), rightClick()));
+}
+
+TEST_F(FreedesktopStatusItemTest, ClicksWhileAnAlertIsUpAreLostAndShowIt)
+{
+    startTrayer();
+    makeItem();
+    auto const icon = embeddedIcon();
+    FreedesktopAlerts alerts(gate_);
+    // Twice, because the icon is held back by each alert anew.
+    for (int round = 1; round <= 2; ++round) {
+        AlertUser const user([&](AlertWindow& window) {
+            int shown = 0;
+            DeliveryGate::Closure const closure(*gate_, [&] { ++shown; });
+            pointAt(icon);
+            xdotool(QStringLiteral("click 1"));
+            EXPECT_TRUE(waitFor([&] { return shown == 1; }));
+            xdotool(QStringLiteral("click 3"));
+            EXPECT_TRUE(waitFor([&] { return shown == 2; }));
+            window.reject();
+        });
+        alerts.runModal({ AlertStyle::warning, "Question?", "", { "Yes", "No" } });
+        EXPECT_THAT(clicks_, IsEmpty());
+    }
+    clickUntil(QStringLiteral("click 1"), 1);
+    EXPECT_THAT(clicks_, ElementsAre(leftClick()));
 }
 
 TEST_F(FreedesktopStatusItemTest, AccessibilityClientsFindAButtonAndPressIt)

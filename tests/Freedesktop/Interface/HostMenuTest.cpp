@@ -3,6 +3,8 @@
 #include "Freedesktop/Interface/FreedesktopEvents.h"
 #include "Freedesktop/Interface/SessionSupport.h"
 
+#include <QCoreApplication>
+#include <QCoreApplication>
 #include <QPointer>
 
 #include <gmock/gmock.h>
@@ -45,6 +47,7 @@ public:
 class HostMenuTest : public testing::Test {
 protected:
     FreedesktopEvents events_;
+    std::shared_ptr<DeliveryGate> gate_ = std::make_shared<DeliveryGate>();
     std::shared_ptr<Menu> menu_ = std::make_shared<Menu>("Marrowick");
 };
 
@@ -55,7 +58,7 @@ TEST_F(HostMenuTest, HasTheMenusEntriesWithTheirKeysBehindThem)
     menu_->addItem(MenuItem::make("This & That", action));
     menu_->addItem(MenuItem::makeSeparator());
     menu_->addItem(MenuItem::make("Quit", action, "q"));
-    HostMenu host(events_, [&] { return menu_; });
+    HostMenu host(events_, gate_, [&] { return menu_; });
     EXPECT_THAT(titles(host.exported()), ElementsAre("Preferences…\tSuper+,", "This && That", "---", "Quit\tSuper+Q"));
 }
 
@@ -63,7 +66,7 @@ TEST_F(HostMenuTest, EntriesWithoutAnActionCannotBeChosen)
 {
     menu_->addItem(MenuItem::make("With", [](MenuItem&) {}));
     menu_->addItem(MenuItem::make("Without"));
-    HostMenu host(events_, [&] { return menu_; });
+    HostMenu host(events_, gate_, [&] { return menu_; });
     auto const actions = host.exported().actions();
     EXPECT_TRUE(actions.at(0)->isEnabled());
     EXPECT_FALSE(actions.at(1)->isEnabled());
@@ -74,14 +77,14 @@ TEST_F(HostMenuTest, TheMenuSaysWhatIsEnabledWhereTheDesktopDoesNotDecide)
     menu_->autoenablesItems = false;
     menu_->addItem(MenuItem::make("Disabled", [](MenuItem&) {}));
     menu_->items().front()->isEnabled = false;
-    HostMenu host(events_, [&] { return menu_; });
+    HostMenu host(events_, gate_, [&] { return menu_; });
     EXPECT_FALSE(host.exported().actions().at(0)->isEnabled());
 }
 
 TEST_F(HostMenuTest, IsMadeOnceWhenItIsFirstNeeded)
 {
     int made = 0;
-    HostMenu host(events_, [&] {
+    HostMenu host(events_, gate_, [&] {
         ++made;
         return menu_;
     });
@@ -93,7 +96,7 @@ TEST_F(HostMenuTest, IsMadeOnceWhenItIsFirstNeeded)
 TEST_F(HostMenuTest, FollowsTheMenuEachTimeItIsAboutToShow)
 {
     auto const counting = std::make_shared<CountingMenu>("Marrowick");
-    HostMenu host(events_, [&] { return counting; });
+    HostMenu host(events_, gate_, [&] { return counting; });
     auto& exported = host.exported();
     EXPECT_THAT(titles(exported), ElementsAre("Opening 1"));
     aboutToShow(exported);
@@ -103,7 +106,7 @@ TEST_F(HostMenuTest, FollowsTheMenuEachTimeItIsAboutToShow)
 TEST_F(HostMenuTest, EntriesThatStayKeepTheirPlaceAtTheHost)
 {
     menu_->addItem(MenuItem::make("Entry"));
-    HostMenu host(events_, [&] { return menu_; });
+    HostMenu host(events_, gate_, [&] { return menu_; });
     QPointer<QAction> const before = host.exported().actions().at(0);
     aboutToShow(host.exported());
     ASSERT_TRUE(before);
@@ -112,7 +115,7 @@ TEST_F(HostMenuTest, EntriesThatStayKeepTheirPlaceAtTheHost)
 
 TEST_F(HostMenuTest, NoMenuIsAMenuWithoutEntries)
 {
-    HostMenu host(events_, [] { return nullptr; });
+    HostMenu host(events_, gate_, [] { return nullptr; });
     EXPECT_THAT(titles(host.exported()), IsEmpty());
 }
 
@@ -125,7 +128,7 @@ TEST_F(HostMenuTest, ChosenActionRunsLaterAndHoldsItsMenu)
         sender = item.title;
         EXPECT_TRUE(item.menu());
     }));
-    auto host = std::make_unique<HostMenu>(events_, [menu = std::move(menu_)] { return menu; });
+    auto host = std::make_unique<HostMenu>(events_, gate_, [menu = std::move(menu_)] { return menu; });
     host->exported().actions().at(0)->trigger();
     EXPECT_FALSE(event);
     host.reset();
@@ -133,6 +136,55 @@ TEST_F(HostMenuTest, ChosenActionRunsLaterAndHoldsItsMenu)
     EXPECT_EQ(event->type, EventType::applicationDefined);
     EXPECT_EQ(sender, "Entry");
     EXPECT_FALSE(events_.currentEvent());
+}
+
+TEST_F(HostMenuTest, AChoiceWhileTheGateIsClosedIsLostAndShowsWhy)
+{
+    int chosen = 0;
+    int shown = 0;
+    menu_->addItem(MenuItem::make("Quit", [&](MenuItem&) { ++chosen; }));
+    HostMenu host(events_, gate_, [&] { return menu_; });
+    auto* const action = host.exported().actions().at(0);
+    {
+        DeliveryGate::Closure const closure(*gate_, [&] { ++shown; });
+        action->trigger();
+        EXPECT_EQ(shown, 1);
+    }
+    action->trigger();
+    EXPECT_TRUE(waitFor([&] { return chosen > 0; }));
+    EXPECT_EQ(chosen, 1);
+    EXPECT_EQ(shown, 1);
+}
+
+TEST_F(HostMenuTest, AChoiceMadeJustBeforeTheGateClosesComesAfterwards)
+{
+    int chosen = 0;
+    menu_->addItem(MenuItem::make("Quit", [&](MenuItem&) { ++chosen; }));
+    HostMenu host(events_, gate_, [&] { return menu_; });
+    auto* const action = host.exported().actions().at(0);
+    action->trigger();
+    {
+        DeliveryGate::Closure const closure(*gate_);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(chosen, 0);
+    }
+    EXPECT_TRUE(waitFor([&] { return chosen == 1; }));
+}
+
+TEST_F(HostMenuTest, TheMenuIsNotAskedForItsEntriesWhileTheGateIsClosed)
+{
+    auto const counting = std::make_shared<CountingMenu>("");
+    HostMenu host(events_, gate_, [&] { return counting; });
+    auto& exported = host.exported();
+    ASSERT_EQ(counting->openings, 1);
+    {
+        DeliveryGate::Closure const closure(*gate_);
+        aboutToShow(exported);
+        EXPECT_EQ(counting->openings, 1);
+        EXPECT_THAT(titles(exported), ElementsAre("Opening 1"));
+    }
+    aboutToShow(exported);
+    EXPECT_THAT(titles(exported), ElementsAre("Opening 2"));
 }
 
 }

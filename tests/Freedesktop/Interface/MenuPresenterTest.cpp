@@ -118,6 +118,30 @@ TEST_F(MenuPresenterTest, ASubmenuIsUpdatedAtEachOfItsOpeningsAtEveryDepth)
     EXPECT_THAT(counts(), ElementsAre(2, 1, 2, 1));
 }
 
+TEST_F(MenuPresenterTest, SubmenusThatHaveTurnedLeftGoOnToTheLeft)
+{
+    auto const root = makeMenu({});
+    auto menu = root;
+    for (int level = 2; level <= 4; ++level) {
+        auto const submenu = makeMenu({});
+        addSubmenu(*menu, "deeper", submenu);
+        menu = submenu;
+    }
+    menu->addItem(MenuItem::make("bottom"));
+
+    movePointer(QGuiApplication::primaryScreen()->geometry().topRight());
+    presenter_->popUp(root, nullptr);
+    ASSERT_TRUE(waitForDepth(1));
+    pressKey("Down");
+    for (int depth = 2; depth <= 4; ++depth) {
+        pressKey("Right");
+        ASSERT_TRUE(waitForDepth(depth));
+        auto const* const view = deepest();
+        EXPECT_LT(view->x(), view->parentView()->x()) << "at depth " << depth;
+    }
+    ASSERT_TRUE(waitForHighlight(*deepest(), "bottom"));
+}
+
 TEST_F(MenuPresenterTest, ASubmenuOpensWhenThePointerRestsOnItsEntry)
 {
     auto const inner = makeMenu({ "inside" });

@@ -46,7 +46,7 @@ std::shared_ptr<MenuItem> addSubmenu(Menu& menu, std::string title, std::shared_
 }
 
 MenuSession::MenuSession()
-    : presenter_(std::make_unique<FreedesktopMenuPresenter>(events_))
+    : presenter_(std::make_unique<FreedesktopMenuPresenter>(events_, gate_))
 {
     parkPointer();
 }

@@ -67,6 +67,7 @@ protected:
     static void parkPointer();
 
     FreedesktopEvents events_;
+    std::shared_ptr<DeliveryGate> gate_ = std::make_shared<DeliveryGate>();
     std::unique_ptr<FreedesktopMenuPresenter> presenter_;
 };
 

@@ -22,7 +22,7 @@ protected:
     {
         host_ = std::make_unique<TestProcess>(QStringLiteral("trayer"),
             QStringList { QStringLiteral("--edge"), edge, QStringLiteral("--widthtype"), QStringLiteral("request") });
-        item_ = FreedesktopStatusBar(events_, log_).makeStatusItem(StatusBar::squareLength);
+        item_ = FreedesktopStatusBar(events_, gate_, log_).makeStatusItem(StatusBar::squareLength);
         item_->button()->setImage(Image::systemSymbol("arrowtriangle.down.square", "Marrowick"));
         item_->button()->setAction([this] {
             ++clicks_;

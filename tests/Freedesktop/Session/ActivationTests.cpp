@@ -77,6 +77,28 @@ TEST_F(ActivationTest, NoneAndOwnWindowsDoNotCount)
     EXPECT_THAT(activated_, ElementsAre("A"));
 }
 
+TEST_F(ActivationTest, ActivationsWaitInTheirOrderWhileTheGateIsClosed)
+{
+    auto const a = display_.makeWindow("a", "A");
+    auto const b = display_.makeWindow("b", "B");
+    display_.announce({ a, b });
+    auto const subscription = observe();
+    auto ended = workspace_.observeActivation([](auto const&) { ADD_FAILURE() << "heard after the end"; });
+    {
+        DeliveryGate::Closure const closure(*gate_);
+        for (auto const window : { a, b }) {
+            display_.announceActive(window);
+            auto const isSeen = [&, rounds = 0]() mutable { return ++rounds > 5; };
+            ASSERT_TRUE(waitFor(isSeen));
+        }
+        EXPECT_THAT(activated_, IsEmpty());
+        ended.end();
+    }
+    EXPECT_THAT(activated_, IsEmpty());
+    settle();
+    EXPECT_THAT(activated_, ElementsAre("A", "B"));
+}
+
 TEST_F(ActivationTest, TheApplicationThatIsActiveAlreadyIsNoNews)
 {
     auto const a = display_.makeWindow("a", "A");
@@ -139,7 +161,8 @@ TEST_F(ActivationTest, AnObserverMayEndItselfAndOthersInItsHandler)
 
 TEST_F(ActivationTest, ASubscriptionMayOutliveTheWorkspace)
 {
-    auto workspace = std::make_unique<FreedesktopWorkspace>(std::make_shared<XConnection>(), "org.marrowick.Marrowick");
+    auto workspace = std::make_unique<FreedesktopWorkspace>(
+        std::make_shared<XConnection>(), std::make_shared<DeliveryGate>(), "org.marrowick.Marrowick");
     auto subscription = workspace->observeActivation([](auto const&) {});
     EXPECT_TRUE(subscription.isActive());
     workspace.reset();

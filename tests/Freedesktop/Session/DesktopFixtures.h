@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Freedesktop/Session/FreedesktopRunningApplication.h"
 #include "Freedesktop/Session/FreedesktopWorkspace.h"
 #include "Freedesktop/Session/SessionSupport.h"
 #include "Freedesktop/Session/TestDisplay.h"
@@ -33,11 +34,12 @@ protected:
                 return application;
         }
         ADD_FAILURE() << "no application " << identifier;
-        return std::make_shared<FreedesktopRunningApplication>(ApplicationFacts {});
+        return std::make_shared<FreedesktopRunningApplication>(ApplicationFacts {}, std::make_shared<XConnection>());
     }
 
     TestDisplay display_;
-    FreedesktopWorkspace workspace_ { std::make_shared<XConnection>(), "org.marrowick.Marrowick" };
+    std::shared_ptr<DeliveryGate> gate_ = std::make_shared<DeliveryGate>();
+    FreedesktopWorkspace workspace_ { std::make_shared<XConnection>(), gate_, "org.marrowick.Marrowick" };
 };
 
 /// A desktop with a real window manager.

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <ostream>
 
 namespace marrowick {
@@ -36,11 +37,16 @@ std::string const oddFile = "/srv/-a b%\xFF\n\"'$x";
 
 TEST_P(ExecLineExpansion, GivesTheWordsOfTheCommand)
 {
-    ExecFields const fields { .file = GetParam().file,
-        .localizedName = "A Name",
-        .icon = "icon name",
-        .entryPath = "/usr/share/applications/a.desktop" };
-    EXPECT_EQ(expandExecLine(GetParam().exec, fields), GetParam().command);
+    std::vector<std::string> files;
+    if (GetParam().file)
+        files.push_back(*GetParam().file);
+    ExecFields const fields {
+        .files = files, .localizedName = "A Name", .icon = "icon name", .entryPath = "/usr/share/applications/a.desktop"
+    };
+    std::vector<Words> commands;
+    if (!GetParam().command.empty())
+        commands.push_back(GetParam().command);
+    EXPECT_EQ(expandExecLine(GetParam().exec, fields), commands);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, ExecLineExpansion,
@@ -67,6 +73,26 @@ INSTANTIATE_TEST_SUITE_P(Rows, ExecLineExpansion,
         ExpansionRow {
             "NoShellAtWork", "tool $HOME ;ls|x `id` *", std::nullopt, { "tool", "$HOME", ";ls|x", "`id`", "*" } }),
     rowName);
+
+TEST(ExecLineOfSeveralFiles, IsStartedOnceWhereItTakesThemAndElseForEach)
+{
+    ExecFields const fields { .files = { "/a", "/b c" }, .localizedName = "N", .icon = {}, .entryPath = {} };
+    struct {
+        std::string exec;
+        std::vector<Words> commands;
+    } const rows[] = {
+        { "tool %F end", { { "tool", "/a", "/b c", "end" } } },
+        { "tool %U", { { "tool", "file:///a", "file:///b%20c" } } },
+        { "tool %f", { { "tool", "/a" }, { "tool", "/b c" } } },
+        { "tool -- %u", { { "tool", "--", "file:///a" }, { "tool", "--", "file:///b%20c" } } },
+        { "tool --open=%F", { { "tool", "--open=/a" }, { "tool", "--open=/b c" } } },
+        { "tool %c", { { "tool", "N", "/a" }, { "tool", "N", "/b c" } } },
+        { "tool %%F", { { "tool", "%F", "/a" }, { "tool", "%F", "/b c" } } },
+        { "", {} },
+    };
+    for (auto const& row : rows)
+        EXPECT_EQ(expandExecLine(row.exec, fields), row.commands) << row.exec;
+}
 
 TEST(SoleProgramOfExecLine, IsEmptyWhereAnotherWordMayNameTheProgram)
 {

@@ -40,7 +40,8 @@ protected:
     std::string path(std::string const& name) const { return folder_.url().path() + "/" + name; }
 
     TemporaryFolder folder_;
-    FreedesktopWorkspace workspace_ { std::make_shared<XConnection>(), "org.marrowick.Marrowick" };
+    FreedesktopWorkspace workspace_ { std::make_shared<XConnection>(), std::make_shared<DeliveryGate>(),
+        "org.marrowick.Marrowick" };
     FreedesktopScriptingBridge bridge_ { std::make_shared<XConnection>() };
 
 private:
@@ -121,7 +122,8 @@ TEST_F(FileManagerTest, AFileManagerThatFailsToStartIsReplacedByTheFolder)
 TEST_F(FileManagerTest, AnAnswerThatComesAfterTheEndOfTheWorkspaceDoesNothing)
 {
     {
-        FreedesktopWorkspace shortLived(std::make_shared<XConnection>(), "org.marrowick.Marrowick");
+        FreedesktopWorkspace shortLived(
+            std::make_shared<XConnection>(), std::make_shared<DeliveryGate>(), "org.marrowick.Marrowick");
         shortLived.activateFileViewerSelecting({ FileURL(path("gone/a")) });
     }
     // What is asked afterwards is answered afterwards.

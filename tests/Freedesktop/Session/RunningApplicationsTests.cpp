@@ -253,7 +253,8 @@ TEST(WithoutADisplay, NothingRunsAndNothingIsObserved)
 {
     auto const display = environmentVariable("DISPLAY");
     setenv("DISPLAY", ":64000", 1);
-    FreedesktopWorkspace workspace(std::make_shared<XConnection>(), "org.marrowick.Marrowick");
+    FreedesktopWorkspace workspace(
+        std::make_shared<XConnection>(), std::make_shared<DeliveryGate>(), "org.marrowick.Marrowick");
     setenv("DISPLAY", display.c_str(), 1);
     EXPECT_THAT(workspace.runningApplications(), IsEmpty());
     EXPECT_FALSE(workspace.observeActivation([](auto const&) {}).isActive());

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <utility>
 
@@ -34,6 +35,18 @@ void installHandler(std::string const& id, std::string const& exec)
 {
     writeFile(environmentVariable("XDG_DATA_HOME") + "/applications/" + id + ".desktop",
         "[Desktop Entry]\nType=Application\nName=" + id + "\nExec=" + exec + "\n");
+}
+
+/// The texts of a file, each ended by NUL; absent where there is none.
+std::optional<std::vector<std::string>> textsIn(std::filesystem::path const& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        return std::nullopt;
+    std::vector<std::string> texts;
+    for (std::string text; std::getline(file, text, '\0');)
+        texts.push_back(text);
+    return texts;
 }
 
 Handlers makeHandlers()
@@ -112,13 +125,29 @@ Recorder::Recorder(std::string path)
 
 std::optional<std::vector<std::string>> Recorder::arguments() const
 {
-    std::ifstream record(path_ + ".record", std::ios::binary);
-    if (!record)
-        return std::nullopt;
-    std::vector<std::string> arguments;
-    for (std::string argument; std::getline(record, argument, '\0');)
-        arguments.push_back(argument);
-    return arguments;
+    return textsIn(path_ + ".record");
+}
+
+std::vector<std::string> Recorder::environment() const
+{
+    return textsIn(path_ + ".environment").value_or(std::vector<std::string>());
+}
+
+std::vector<std::vector<std::string>> Recorder::waitForStarts(std::size_t count)
+{
+    auto const folder = path_ + ".starts";
+    auto const number = [&] {
+        std::error_code error;
+        auto const starts = std::filesystem::directory_iterator(folder, error);
+        return error ? 0 : static_cast<std::size_t>(std::distance(begin(starts), end(starts)));
+    };
+    waitFor([&] { return number() >= count; });
+    std::vector<std::vector<std::string>> starts;
+    std::error_code error;
+    for (auto const& start : std::filesystem::directory_iterator(folder, error))
+        starts.push_back(textsIn(start.path()).value_or(std::vector<std::string>()));
+    forget();
+    return starts;
 }
 
 std::optional<std::vector<std::string>> Recorder::waitForStart()
@@ -127,6 +156,7 @@ std::optional<std::vector<std::string>> Recorder::waitForStart()
         return std::nullopt;
     auto const found = arguments();
     std::filesystem::remove(path_ + ".record");
+    std::filesystem::remove_all(path_ + ".starts");
     return found;
 }
 
@@ -145,6 +175,8 @@ void Recorder::forget() const
 {
     std::filesystem::remove(path_ + ".record");
     std::filesystem::remove(path_ + ".facts");
+    std::filesystem::remove(path_ + ".environment");
+    std::filesystem::remove_all(path_ + ".starts");
 }
 
 Handlers& handlers()

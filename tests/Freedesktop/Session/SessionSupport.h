@@ -28,6 +28,8 @@ public:
 
     pid_t pid() const { return pid_; }
     void end(int signal = 0);
+    /// The test has seen it end.
+    void forget() { pid_ = 0; }
 
 private:
     pid_t pid_ = 0;
@@ -47,6 +49,11 @@ public:
     std::optional<std::vector<std::string>> arguments() const;
     /// Waits for a start and takes it off; absent when none comes.
     std::optional<std::vector<std::string>> waitForStart();
+    /// Waits for `count` starts and takes them off: the arguments of each, in no particular order. What came where they
+    /// did not come in time.
+    std::vector<std::vector<std::string>> waitForStarts(std::size_t count);
+    /// The latest start's environment, "NAME=value" each.
+    std::vector<std::string> environment() const;
     /// What the program of the latest start found.
     std::map<std::string, std::string> facts() const;
     void forget() const;

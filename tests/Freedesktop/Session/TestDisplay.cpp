@@ -1,5 +1,7 @@
 #include "Freedesktop/Session/TestDisplay.h"
 
+#include "Freedesktop/Session/SessionSupport.h"
+
 #include <cstdlib>
 #include <cstring>
 
@@ -111,6 +113,31 @@ void TestDisplay::withdraw()
              "_NET_SUPPORTED", "_NET_SUPPORTING_WM_CHECK" })
         remove(root_, property);
     synchronise();
+}
+
+void TestDisplay::hearMessages()
+{
+    std::uint32_t const eventMask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &eventMask);
+    synchronise();
+}
+
+std::vector<TestDisplay::Message> TestDisplay::waitForMessages(char const* type, std::size_t count)
+{
+    std::vector<Message> messages;
+    auto const wanted = atom(type);
+    waitFor([&] {
+        while (auto* const event = xcb_poll_for_event(connection_)) {
+            xcb_client_message_event_t message {};
+            if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE)
+                std::memcpy(&message, event, sizeof message);
+            std::free(event);
+            if (message.type == wanted)
+                messages.push_back({ message.window, std::to_array(message.data.data32) });
+        }
+        return messages.size() >= count;
+    });
+    return messages;
 }
 
 void TestDisplay::synchronise()

@@ -2,6 +2,8 @@
 
 #include <xcb/xcb.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -38,6 +40,15 @@ public:
     void announceActive(xcb_window_t active);
     /// Takes back what `announce` said.
     void withdraw();
+
+    /// From here on messages to the window manager are kept for `waitForMessages`.
+    void hearMessages();
+    struct Message {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        std::array<std::uint32_t, 5> data {};
+    };
+    /// The messages of one kind, once there are `count`; fewer where they do not come in time.
+    std::vector<Message> waitForMessages(char const* type, std::size_t count);
 
     /// Waits until the server has done everything so far.
     void synchronise();

@@ -1,9 +1,16 @@
-// One transfer in a process of its own that a test may disturb or kill.
+// One transfer, or many under free names, in a process of its own that a test may disturb or kill.
 
+#include "Freedesktop/Files/FreedesktopFileManager.h"
 #include "Freedesktop/Transfer/FreedesktopFileTransfer.h"
+#include "Platform/Platform.h"
+#include "Support/FinderBridge.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace marrowick {
 
@@ -15,6 +22,29 @@ int outcomeOf(Result<void> const& result)
         return 0;
     std::fprintf(stderr, "%s\n", result.error().message.c_str());
     return 1;
+}
+
+int dropMany(std::string const& how, FileURL const& item, FileURL const& folder, int count)
+{
+    Platform services;
+    services.fileManager = std::make_unique<FreedesktopFileManager>();
+    services.fileTransfer = std::make_unique<FreedesktopFileTransfer>();
+    PlatformScope const scope(std::move(services));
+    std::map<std::string, Result<void> (*)(FileURL const&, FileURL const&)> const operations {
+        { "drop-move", FinderBridge::moveItem },
+        { "drop-copy", FinderBridge::copyItem },
+        { "drop-alias", FinderBridge::aliasItem },
+    };
+    auto const operation = operations.at(how);
+    for (int number = 0; number < count; ++number) {
+        // A move takes the item away; each one has a folder of its own.
+        auto const source = how == "drop-move"
+            ? item.appendingPathComponent(std::to_string(number)).appendingPathComponent("item.txt")
+            : item;
+        if (auto const outcome = operation(source, folder); !outcome)
+            return outcomeOf(outcome);
+    }
+    return 0;
 }
 
 int run(int count, char** words)
@@ -33,7 +63,7 @@ int run(int count, char** words)
         return outcomeOf(transfer.createAlias(at, to));
     if (how == "remove")
         return outcomeOf(transfer.removeItem(at));
-    return 2;
+    return count > 4 ? dropMany(how, at, to, std::atoi(words[4])) : 2;
 }
 
 }

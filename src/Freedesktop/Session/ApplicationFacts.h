@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Freedesktop/Session/ClientWindows.h"
+#include "Freedesktop/Session/ProcessIdentity.h"
+#include "Platform/RunningApplication.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace marrowick {
+
+/// What was known of an application when the windows were last looked at.
+struct ApplicationFacts {
+    /// Tells applications apart; never shown.
+    std::string key;
+    std::optional<std::string> identifier;
+    std::optional<std::string> name;
+    std::optional<FileURL> bundleURL;
+    ActivationPolicy policy = ActivationPolicy::regular;
+    bool isActive = false;
+    bool isHidden = false;
+    bool isThisProgram = false;
+    std::vector<ClientWindow> windows;
+    /// The processes of its windows, as far as this program may end them.
+    std::vector<ProcessIdentity> processes;
+};
+
+}
