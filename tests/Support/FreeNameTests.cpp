@@ -1,7 +1,5 @@
-#include "Fakes/DiskTest.h"
-#include "Support/FinderBridge.h"
+#include "Support/FreeNameTest.h"
 
-#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -10,56 +8,6 @@
 
 namespace marrowick {
 namespace {
-
-using Names = std::vector<std::string>;
-
-/// Items of a folder "source" go into the folder "into".
-class FreeNameTest : public DiskTest {
-protected:
-    FileURL item(std::string const& name) const { return folder.file("source/" + name, "item"); }
-    void take(Names const& names) const
-    {
-        for (auto const& name : names)
-            folder.file("into/" + name, "taken");
-    }
-    void takeUpTo(int last) const
-    {
-        take({ "a.txt" });
-        for (int number = 2; number <= last; ++number)
-            take({ "a " + std::to_string(number) + ".txt" });
-    }
-    /// The name that `put` gives the item; "none" when it fails.
-    std::string nameGiven(Result<void> (*put)(FileURL const&, FileURL const&), FileURL const& url) const
-    {
-        auto const before = folder.names("into");
-        if (auto const outcome = put(url, into); !outcome)
-            return "none: " + outcome.error().message;
-        auto const given = placeOf(desktop.calls.back());
-        auto const after = folder.names("into");
-        EXPECT_FALSE(std::binary_search(before.begin(), before.end(), given)) << given;
-        EXPECT_TRUE(std::binary_search(after.begin(), after.end(), given)) << given;
-        return given;
-    }
-    /// The name that a transfer into "into" is about to give.
-    std::string placeOf(std::string const& call) const
-    {
-        auto const path = call.substr(call.rfind(call.starts_with("alias ") ? " at " : " to ") + 4);
-        EXPECT_TRUE(path.starts_with(into.path() + "/")) << path;
-        return path.substr(into.path().size() + 1);
-    }
-    /// Another program takes the place that a transfer is about to take, `times` in a row.
-    void takeInTheGap(int times)
-    {
-        desktop.fileTransfer.instead = [this, times](std::string const& call) mutable -> std::optional<Result<void>> {
-            if (times-- > 0)
-                folder.file("into/" + placeOf(call), "another program's");
-            return std::nullopt;
-        };
-    }
-
-    FileURL const source = folder.folder("source");
-    FileURL const into = folder.folder("into");
-};
 
 struct NameRow {
     std::string item;
@@ -194,95 +142,6 @@ TEST_F(FreeNameTest, AnyOtherErrorEndsTheSearchAndIsPassedOn)
         }
     }
     EXPECT_TRUE(desktop.log.lines().empty());
-}
-
-TEST_F(FreeNameTest, TheFirstGapIsFoundHoweverManyNamesAreTaken)
-{
-    auto const url = item("a.txt");
-    takeUpTo(100);
-    for (int const gap : { 2, 15, 16, 17, 18, 19, 50, 99, 100 }) {
-        auto const name = "a " + std::to_string(gap) + ".txt";
-        folder.remove("into/" + name);
-        EXPECT_EQ(nameGiven(FinderBridge::copyItem, url), name);
-    }
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, url), "a 101.txt");
-    folder.remove("into/a 40.txt");
-    folder.remove("into/a 60.txt");
-    EXPECT_EQ(nameGiven(FinderBridge::moveItem, url), "a 40.txt");
-}
-
-TEST_F(FreeNameTest, AmongManyNamesDanglingLinksAndHiddenItemsCount)
-{
-    folder.file("into/.a.txt");
-    for (int number = 2; number <= 40; ++number)
-        folder.link("into/.a " + std::to_string(number) + ".txt", "nowhere");
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item(".a.txt")), ".a 41.txt");
-}
-
-TEST_F(FreeNameTest, AmongManyNamesOnlyThoseOfTheRuleCount)
-{
-    takeUpTo(20);
-    take({ "a 021.txt", "a 21", "a  21.txt", "a +21.txt", "a 21 .txt", "A 21.txt", "a 21.txt.txt", "a21.txt", "a 1.txt",
-        "a .txt", "a 0.txt", "a -21.txt", "a 99999999999999999999.txt", "a 18446744073709551615.txt", "a 22.txt" });
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item("a.txt")), "a 21.txt");
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item("a.txt")), "a 23.txt");
-}
-
-TEST_F(FreeNameTest, AmongManyNamesTheSuffixBelongsToTheName)
-{
-    takeUpTo(40);
-    take({ "a alias.txt" });
-    for (int number = 2; number <= 30; ++number)
-        take({ "a alias " + std::to_string(number) + ".txt" });
-    EXPECT_EQ(nameGiven(FinderBridge::aliasItem, item("a.txt")), "a alias 31.txt");
-}
-
-TEST_F(FreeNameTest, AmongManyNamesOneWithoutAnExtensionIsFoundToo)
-{
-    take({ "README", "README 2.txt" });
-    for (int number = 2; number <= 30; ++number)
-        take({ "README " + std::to_string(number) });
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item("README")), "README 31");
-}
-
-TEST_F(FreeNameTest, ManyNamesAreFoundInOneListing)
-{
-    takeUpTo(100);
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item("a.txt")), "a 101.txt");
-    EXPECT_EQ(desktop.fileManager.listed, (std::vector { into }));
-}
-
-TEST_F(FreeNameTest, AmongManyNamesThoseTakenInTheGapAreSkipped)
-{
-    takeUpTo(40);
-    takeInTheGap(3);
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item("a.txt")), "a 44.txt");
-}
-
-TEST_F(FreeNameTest, ANameThatIsFreedAfterTheListingIsNotReused)
-{
-    // Whatever another program does, nothing is replaced and the search ends.
-    takeUpTo(40);
-    desktop.fileTransfer.instead = [&](std::string const&) -> std::optional<Result<void>> {
-        folder.remove("into/a 2.txt");
-        desktop.fileTransfer.instead = {};
-        return Result<void>(Error { ErrorKind::alreadyExists, "taken" });
-    };
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item("a.txt")), "a 42.txt");
-}
-
-TEST_F(FreeNameTest, WhereTheFolderCannotBeListedNamesAreAskedForOneByOne)
-{
-    takeUpTo(40);
-    desktop.fileManager.unreadable.insert(into);
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item("a.txt")), "a 41.txt");
-}
-
-TEST_F(FreeNameTest, AFewNamesNeedNoListing)
-{
-    takeUpTo(10);
-    EXPECT_EQ(nameGiven(FinderBridge::copyItem, item("a.txt")), "a 11.txt");
-    EXPECT_TRUE(desktop.fileManager.listed.empty());
 }
 
 TEST_F(FreeNameTest, AFolderThatIsNotThereIsTheFileSystemsError)
