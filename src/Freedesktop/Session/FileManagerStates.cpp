@@ -163,8 +163,8 @@ void FileManagerStates::probe(BusCall call)
         return;
     }
     nextTime = Clock::now() + probeInterval_;
-    bus_.call(std::move(call),
-        [this, destination = call.destination](GVariant*, GError const*) { silent_.erase(destination); });
+    auto const destination = call.destination;
+    bus_.call(std::move(call), [this, destination](GVariant*, GError const*) { silent_.erase(destination); });
 }
 
 std::vector<std::string> FileManagerStates::findCompanions(Clock::time_point deadline)

@@ -122,6 +122,7 @@ std::vector<StackedWindow> readStacking(XConnection& connection, FileManagerWind
             questions.push_back(askWindow(connection, id));
     }
     std::vector<StackedWindow> stacking;
+    stacking.reserve(questions.size());
     for (auto const& question : questions)
         stacking.push_back(collectWindow(connection, question, manager));
     connection.noticeQueuedEvents();

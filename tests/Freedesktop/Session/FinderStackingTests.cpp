@@ -9,6 +9,13 @@ namespace {
 
 /// A file manager with two windows, and a real window manager.
 class FinderStackingTest : public FinderQuestionTest {
+public:
+    ~FinderStackingTest() override
+    {
+        windowManager_.end();
+        display_.withdraw();
+    }
+
 protected:
     /// Waits until the window manager manages. It oversees requests that come while it starts, until something else
     /// happens, such as a property that changes.
@@ -20,11 +27,6 @@ protected:
             return isManaged(first_) && isManaged(second_);
         }));
         manager_.tell({ { first_, "file:///first", {}, true }, { second_, "file:///second", {} } });
-    }
-    ~FinderStackingTest() override
-    {
-        windowManager_.end();
-        display_.withdraw();
     }
 
     bool isManaged(xcb_window_t window)
@@ -51,17 +53,19 @@ protected:
 
 /// A window manager that the test plays itself, with two windows, the second one on top.
 class ToldStackingTest : public FinderQuestionTest {
+public:
+    ~ToldStackingTest() override
+    {
+        display_.remove(display_.root(), "_NET_CURRENT_DESKTOP");
+        display_.withdraw();
+    }
+
 protected:
     ToldStackingTest()
     {
         display_.setNumbers(display_.root(), "_NET_CLIENT_LIST_STACKING", "WINDOW", { lower_, upper_ });
         display_.synchronise();
         manager_.tell({ { lower_, "file:///lower", {} }, { upper_, "file:///upper", {} } });
-    }
-    ~ToldStackingTest() override
-    {
-        display_.remove(display_.root(), "_NET_CURRENT_DESKTOP");
-        display_.withdraw();
     }
 
     TestDisplay display_;
