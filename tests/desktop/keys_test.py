@@ -53,16 +53,34 @@ class KeyTable(KeyCase):
                 self.assertAsked("ShowItems", "beta.txt")
         self.assertTrue(self.program.runs())
 
-    def test_TheOtherActionKeysCloseTheMenuAndRevealNothing(self):
-        for keys in (["i"], ["Super", "Alt", "x"], ["Super", "Alt", "r"], ["p"], ["q"],
-                     ["Super", "Alt", "Shift", "x"], ["Delete"], ["BackSpace"],
-                     ["Super", "Alt", "Control", "x"], ["Tab"]):
+    def test_InformationKeysOpenTheInformationWindowAndClose(self):
+        for keys in (["i"], ["Super", "Alt", "x"], ["Super", "Alt", "r"]):
+            with self.subTest(keys=keys):
+                self.open_at("beta.txt")
+                self.screen.key(*keys)
+                self.menus.wait_for_depth(0)
+                self.assertAsked("ShowItemProperties", "beta.txt")
+
+    def test_TrashKeysAskAndClose(self):
+        for keys in (["Delete"], ["BackSpace"], ["Super", "Alt", "Control", "x"]):
+            with self.subTest(keys=keys):
+                self.open_at("beta.txt")
+                self.screen.key(*keys)
+                dialog = self.dialogs.wait_for("Move to Trash", "Cancel")
+                self.assertEqual(dialog.texts(), ["Move “beta.txt” to the Trash?"])
+                self.assertEqual(self.menus.open_menus(), [])
+                self.screen.key("Escape")
+                self.dialogs.wait_for_none()
+                self.assertTrue((self.items / "beta.txt").exists())
+        self.assertEqual(self.manager.calls, [])
+
+    def test_PreviewAndInfoKeysCloseAndLeaveTheFileManagerAlone(self):
+        for keys in (["p"], ["q"], ["Super", "Alt", "Shift", "x"], ["Tab"]):
             with self.subTest(keys=keys):
                 self.open_at()
                 self.screen.key(*keys)
                 self.menus.wait_for_depth(0)
                 self.assertEqual(self.manager.calls, [])
-                self.assertTrue((self.items / "alpha.txt").exists())
                 self.assertEqual(self.desktop.applications.calls(), [])
 
     def test_OtherCombinationsAreNoActionKeys(self):

@@ -5,6 +5,8 @@ import pathlib
 import unittest
 
 from .desktop import Desktop, empty, fill
+from .dialogs import Dialogs
+from .file_manager import FileManager, Shown
 from .hosts import Trayer
 from .menus import Menus
 from .processes import Marrowick
@@ -43,6 +45,7 @@ class DesktopCase(unittest.TestCase):
         self.screen.move(self.screen.size[0] // 2, self.screen.size[1] - 60)
         self.program = None
         self.menus = None
+        self.dialogs = None
         self.addCleanup(self._end_program)
 
     def _end_program(self):
@@ -59,6 +62,7 @@ class DesktopCase(unittest.TestCase):
         """Starts the program, by the command `prefix` if there is one, without waiting for anything."""
         self.program = Marrowick(self.desktop.new_log("marrowick"), environment, prefix)
         self.menus = Menus(self.desktop.bus, self.program.pid, self.screen)
+        self.dialogs = Dialogs(self.desktop.bus, self.program.pid)
         return self.program
 
     def run_with(self, *names, generated=False):
@@ -91,6 +95,37 @@ class DesktopCase(unittest.TestCase):
         self.menus.close()
         self.assertEqual(titles[-len(ENDING):], ENDING)
         return titles[:-len(ENDING)]
+
+
+class FinderCase(DesktopCase):
+    """The program, a folder with files to work on, and a file manager that shows it."""
+
+    def setUp(self):
+        super().setUp()
+        self.work = self.desktop.place / "work"
+        empty(self.work)
+        self.work.mkdir()
+        self.manager = FileManager()
+        self.addCleanup(self.manager.close)
+
+    def select(self, *names, folder=None):
+        """Makes these files, unless they are there, and lets the file manager show them selected in their order."""
+        items = [os.fsencode(self.work) + b"/" + os.fsencode(name) for name in names]
+        for item in items:
+            if not os.path.lexists(item):
+                with open(item, "wb") as stream:
+                    stream.write(b"This is " + os.path.basename(item) + b".\n")
+        self.manager.tell(Shown(folder or self.work, items))
+        return items
+
+    def choose(self, *titles):
+        """Opens the menu and its submenus on the way, and clicks the last entry."""
+        self.open_menu()
+        menu = self.menus.open_submenu(*titles[:-1]) if titles[1:] else self.menus.wait_for_depth(1)
+        self.menus.click(menu, titles[-1])
+
+    def own_lines(self):
+        return [line for line in self.program.lines() if "Marrowick: " in line]
 
 
 class PicturingResult(unittest.TextTestResult):
