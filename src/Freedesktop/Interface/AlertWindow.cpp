@@ -72,7 +72,7 @@ AlertWindow::AlertWindow(Alert const& alert)
     int const spacing = fontMetrics().height();
     iconRow_->setSpacing(spacing);
     iconRow_->addWidget(makeIcon(alert.style), 0, Qt::AlignTop);
-    iconRow_->addWidget(text_, 1, Qt::AlignTop | Qt::AlignLeading);
+    iconRow_->addWidget(text_, 1, Qt::AlignVCenter | Qt::AlignLeading);
     auto* const whole = new QVBoxLayout(this);
     whole->setSizeConstraint(QLayout::SetFixedSize);
     whole->setContentsMargins(spacing, spacing, spacing, spacing);
@@ -116,6 +116,7 @@ QBoxLayout* AlertWindow::makeButtons(Alert const& alert)
 {
     // A row of its own: desktops sort the buttons of their dialogs, each in another way.
     auto* const row = new QHBoxLayout;
+    row->setSpacing(fontMetrics().height() / 2);
     row->addStretch();
     auto const titles = alert.buttons.empty() ? std::vector<std::string> { "OK" } : alert.buttons;
     for (std::size_t index = 0; index < titles.size(); ++index) {
@@ -140,24 +141,28 @@ std::size_t AlertWindow::answer() const
 void AlertWindow::fitInto(QSize available)
 {
     constexpr int comfortableCharacters = 60;
+    constexpr int fewestCharacters = 24;
     // Room is left for the frame, and for what the desktop keeps in view.
     QSize const largest = available * 4 / 5;
     text_->setFixedSize(0, 0);
     layout()->activate();
     auto const margins = layout()->contentsMargins();
-    int const scrollBar = text_->verticalScrollBar()->sizeHint().width();
+    int const gap = iconRow_->spacing() / 2;
+    int const scrollBar = gap + text_->verticalScrollBar()->sizeHint().width();
     int const besides = iconRow_->minimumSize().width() + margins.left() + margins.right() + scrollBar;
-    int const comfortable = fontMetrics().averageCharWidth() * comfortableCharacters;
-    int const width = std::max(1, std::min(comfortable, largest.width() - besides));
+    int const character = fontMetrics().averageCharWidth();
+    int const width = std::max(1, std::min(comfortableCharacters * character, largest.width() - besides));
     for (auto* const paragraph : paragraphs_)
         paragraph->layOut(width);
     text_->widget()->adjustSize();
 
     QSize const needed = text_->widget()->size();
-    int const height = std::clamp(largest.height() - layout()->minimumSize().height(), 1, needed.height());
+    int const height = std::clamp(largest.height() - layout()->minimumSize().height(), 1, std::max(1, needed.height()));
     bool const scrolls = height < needed.height();
     text_->setFocusPolicy(scrolls ? Qt::StrongFocus : Qt::NoFocus);
-    text_->setFixedSize(needed.width() + (scrolls ? scrollBar : 0), height);
+    // With a few words the window would be too small for its title.
+    int const shown = std::max(needed.width(), std::min(fewestCharacters * character, width));
+    text_->setFixedSize(shown + (scrolls ? scrollBar : 0), height);
     layout()->activate();
     adjustSize();
 }
