@@ -4,6 +4,8 @@
 
 #include <QTimer>
 
+#include <sys/types.h>
+
 #include <csignal>
 #include <thread>
 
@@ -25,6 +27,20 @@ std::string failed(std::string const& message)
 
 constexpr char firstName[] = "org.marrowick.FileManager.First";
 constexpr char secondName[] = "org.marrowick.FileManager.Second";
+
+/// The process that is the session's bus; 0 where it cannot be told.
+pid_t busProcess()
+{
+    GObjectOwner<GDBusConnection> const connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    GVariantOwner const answer(
+        g_dbus_connection_call_sync(connection.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+            "org.freedesktop.DBus", "GetConnectionUnixProcessID", g_variant_new("(s)", "org.freedesktop.DBus"),
+            G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+    guint32 pid = 0;
+    if (answer)
+        g_variant_get(answer.get(), "(u)", &pid);
+    return static_cast<pid_t>(pid);
+}
 
 using NoBusFinderQuestionTest = FinderQuestionTest;
 
@@ -258,6 +274,25 @@ TEST_F(FinderQuestionTest, AManagerThatEndsWhileItIsAskedCountsAsAbsent)
     });
     EXPECT_EQ(target(), "");
     end.join();
+}
+
+TEST_F(FinderQuestionTest, ABusThatHangsIsWaitedForOnce)
+{
+    FileManagerProcess manager;
+    manager.tell({ { 0, "file:///a", {} } });
+    ASSERT_EQ(target(), "file:///a");
+    auto const bus = busProcess();
+    ASSERT_GT(bus, 0);
+    kill(bus, SIGSTOP);
+    std::vector<std::string> targets { target() };
+    auto const begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < 20; ++i)
+        targets.push_back(target());
+    auto const spent = std::chrono::steady_clock::now() - begin;
+    kill(bus, SIGCONT);
+    EXPECT_THAT(targets, testing::Each(""));
+    EXPECT_LT(spent, 20 * FileManagerStates::patience / 2);
+    EXPECT_TRUE(waitFor([&] { return target() == "file:///a"; }));
 }
 
 TEST_F(FinderQuestionTest, ALostQuestionIsRepeatedInTheBackground)
