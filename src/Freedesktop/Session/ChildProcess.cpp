@@ -58,12 +58,13 @@ private:
 };
 
 /// The strings as the system wants them, valid as long as they stay as they are.
-std::vector<char*> pointersTo(std::vector<std::string>& strings)
+std::vector<char*> pointersTo(std::vector<std::string> const& strings)
 {
     std::vector<char*> pointers;
     pointers.reserve(strings.size() + 1);
-    for (auto& string : strings)
-        pointers.push_back(string.data());
+    // Nobody writes to them; the type is older than the word for it.
+    for (auto const& string : strings)
+        pointers.push_back(const_cast<char*>(string.c_str()));
     pointers.push_back(nullptr);
     return pointers;
 }
@@ -87,13 +88,11 @@ std::vector<std::string> environmentWith(EnvironmentChanges const& changes)
 
 int startDetached(ChildProcess const& child)
 {
-    auto command = child.command;
-    auto environment = child.environment;
     SpawnAttributes const attributes;
     SpawnFileActions const actions(child);
     pid_t pid = 0;
-    int const error = posix_spawnp(&pid, command.front().c_str(), actions.get(), attributes.get(),
-        pointersTo(command).data(), pointersTo(environment).data());
+    int const error = posix_spawnp(&pid, child.command.front().c_str(), actions.get(), attributes.get(),
+        pointersTo(child.command).data(), pointersTo(child.environment).data());
     if (error != 0)
         return error;
     // Collects the exit status, so that no zombie is left; nobody asks for it.

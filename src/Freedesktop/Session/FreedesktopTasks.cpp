@@ -21,8 +21,9 @@ ChildProcess childFor(Task const& task)
     child.command.insert(child.command.end(), task.arguments.begin(), task.arguments.end());
     child.environment.reserve(task.environment.size());
     for (auto const& [name, value] : task.environment) {
-        auto& variable = child.environment.emplace_back(name);
-        variable.append(1, '=').append(value);
+        auto& variable = child.environment.emplace_back();
+        variable.reserve(name.size() + 1 + value.size());
+        variable.append(name).append(1, '=').append(value);
     }
     child.standardInput = StandardInput::inherited;
     return child;
