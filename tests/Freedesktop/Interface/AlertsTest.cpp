@@ -129,6 +129,16 @@ TEST_F(AlertsTest, AnErrorsAlertShowsItsMessageAndOneButton)
     EXPECT_FALSE(gate_->isClosed());
 }
 
+TEST_F(AlertsTest, AnErrorWithoutAMessageCanBeDismissed)
+{
+    AlertUser const user([](AlertWindow& window) {
+        EXPECT_THAT(textsOf(window), IsEmpty());
+        EXPECT_TRUE(screen().contains(window.frameGeometry()));
+        press("Return");
+    });
+    alerts_.runModal(Error {});
+}
+
 TEST_F(AlertsTest, TheStyleIsSeenFromThePicture)
 {
     auto const pictureOf = [&](AlertStyle style) {
