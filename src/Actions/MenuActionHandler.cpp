@@ -86,7 +86,7 @@ void MenuActionHandler::performModifier(ModifierAction action, MainThreadOnlyBox
 {
     if (auto const* node = std::any_cast<MenuNode>(&on.value)) {
         if (auto const* url = node->kind.url())
-            performModifier(action, *url);
+            performOnFile(action, *url);
     } else if (auto const* application = std::any_cast<std::shared_ptr<RunningApplication>>(&on.value)) {
         if (*application)
             performModifier(action, **application);
@@ -96,7 +96,7 @@ void MenuActionHandler::performModifier(ModifierAction action, MainThreadOnlyBox
 void MenuActionHandler::performModifier(ModifierAction action, std::optional<FileURL> const& url)
 {
     if (url)
-        performModifier(action, *url);
+        performOnFile(action, *url);
 }
 
 void MenuActionHandler::performModifier(ModifierAction action, RunningApplication& onProcess)
@@ -119,7 +119,7 @@ void MenuActionHandler::performModifier(ModifierAction action, RunningApplicatio
     }
 }
 
-void MenuActionHandler::performModifier(ModifierAction action, FileURL const& url)
+void MenuActionHandler::performOnFile(ModifierAction action, FileURL const& url)
 {
     switch (action) {
     case ModifierAction::reveal:

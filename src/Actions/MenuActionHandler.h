@@ -47,7 +47,7 @@ public:
 
 private:
     static void chooseFile(FileURL const& url, MenuContext const& context);
-    static void performModifier(ModifierAction action, FileURL const& url);
+    static void performOnFile(ModifierAction action, FileURL const& url);
 };
 
 }

@@ -160,6 +160,33 @@ TEST_F(ReplaceQuestionTest, ReplacingAnItemByItselfDeletesItAndShowsTheError)
     }
 }
 
+TEST_F(ReplaceQuestionTest, AFolderThatHoldsTheItemIsNotRemovedForIt)
+{
+    auto const outer = folder.folder("source/Docs");
+    folder.file("source/Docs/sibling.txt", "kept");
+    folder.folder("source/Docs/Docs");
+    folder.file("source/Docs/Docs/b.txt", "moved");
+    folder.link("way", outer.path());
+    desktop.alerts.answers = { replace };
+    MenuActionHandler::performCopy(folder / "way/Docs", source, TransferMode::move);
+    EXPECT_EQ(folder.names("source"), (std::vector<std::string> { "Docs", "Docs 2", "a.txt" }));
+    EXPECT_EQ(folder.names("source/Docs"), (std::vector<std::string> { "sibling.txt" }));
+    EXPECT_EQ(folder.content("source/Docs 2/b.txt"), "moved");
+}
+
+TEST_F(ReplaceQuestionTest, TheRootHasNoNamesakeAndCannotGoIntoAFolder)
+{
+    folder.file("Docs/kept.txt", "kept");
+    for (auto const mode : { TransferMode::move, TransferMode::copy }) {
+        desktop.alerts.answers = { dismiss };
+        MenuActionHandler::performCopy(FileURL("/", true), docs, mode);
+        EXPECT_TRUE(desktop.alerts.answers.empty());
+    }
+    ASSERT_EQ(desktop.alerts.errors.size(), 2u);
+    EXPECT_EQ(desktop.alerts.errors.front().kind, ErrorKind::intoItself);
+    EXPECT_EQ(folder.names("Docs"), (std::vector<std::string> { "kept.txt" }));
+}
+
 TEST_F(ReplaceQuestionTest, WhatCannotBeRemovedKeepsItsNameWithoutAWord)
 {
     folder.file("Docs/a.txt", "old");

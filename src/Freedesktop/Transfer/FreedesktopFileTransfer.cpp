@@ -33,10 +33,13 @@ struct Place {
 
     ItemPlace item() const { return { folder.get(), name.c_str() }; }
 
-    bool isTaken() const
+    /// Zero where an item may get the name, as far as can be told beforehand.
+    int nameError() const
     {
         struct stat status { };
-        return ::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+        if (::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+            return EEXIST;
+        return errno == ENAMETOOLONG ? errno : 0;
     }
 
     FileDescriptor folder;
@@ -46,7 +49,7 @@ struct Place {
 
 constexpr char couldNotMove[] = "Could not move";
 constexpr char couldNotCopy[] = "Could not copy";
-constexpr char couldNotRemoveOriginal[] = "The copy is complete, but could not remove";
+constexpr char couldNotRemoveOriginal[] = "The copy is complete. Could not remove";
 
 Error alreadyExists(FileURL const& to)
 {
@@ -103,9 +106,14 @@ Result<void> check(FileURL const& at, Place const& from, FileURL const& to, Plac
             destination.openError, std::string(what) + ' ' + quotedName(at) + " into", to.deletingLastPathComponent());
     if (S_ISDIR(item.st_mode) && isInside(destination.folder.get(), item))
         return intoItself(what, at);
-    if (destination.isTaken())
+    switch (int const number = destination.nameError()) {
+    case 0:
+        return {};
+    case EEXIST:
         return alreadyExists(to);
-    return {};
+    default:
+        return fileError(number, what, at);
+    }
 }
 
 /// Makes a copy of `from` under a temporary name and gives it its own when `isSafe` has returned zero.

@@ -4,6 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <sstream>
+#include <string>
+#include <vector>
+
 namespace marrowick {
 
 namespace {
@@ -157,6 +161,34 @@ TEST_F(FailureTest, FileThatGrowsMeanwhileIsNotTaken)
     EXPECT_EQ(namesIn(elsewhere.url()), Names {});
 }
 
+TEST_F(FailureTest, AMoveElsewhereIsOnTheDiskBeforeItHasItsNameAndBeforeTheOriginalGoes)
+{
+    auto const item = folder.file("item", "content");
+    auto const trace = folder / "trace";
+    auto const ended = runCommand({ "strace", "-f", "-qq", "-o", trace.path(), "-e", "trace=syncfs,renameat2,unlinkat",
+        TRANSFER_PROGRAM, "move", item.path(), (elsewhere / "moved").path() });
+    ASSERT_EQ(ended.status, 0) << ended.output;
+    std::vector<std::string> calls;
+    std::istringstream lines(contentOf(trace));
+    for (std::string line; std::getline(lines, line);) {
+        auto const begin = line.find_first_of("sru");
+        bool const hasFailed = line.find("= -1") != std::string::npos;
+        if (begin != std::string::npos && !hasFailed)
+            calls.push_back(line.substr(begin, line.find('(') - begin));
+    }
+    EXPECT_EQ(calls, (std::vector<std::string> { "syncfs", "renameat2", "syncfs", "unlinkat" }));
+}
+
+TEST_F(FailureTest, AnImpossibleNameIsFoundOutBeforeAnythingIsCopied)
+{
+    auto const item = folder.file("item", "content");
+    auto const to = elsewhere / std::string(256, 'x');
+    EXPECT_EQ(messageOf(transfer.copyItem(item, to)), "Could not copy “item”: File name too long.");
+    EXPECT_EQ(messageOf(transfer.moveItem(item, to)), "Could not move “item”: File name too long.");
+    EXPECT_EQ(namesIn(elsewhere.url()), Names {});
+    EXPECT_EQ(contentOf(item), "content");
+}
+
 TEST_F(FailureTest, WhatWasAddedAfterTheCopyStays)
 {
     auto const tree = makeTree();
@@ -167,7 +199,7 @@ TEST_F(FailureTest, WhatWasAddedAfterTheCopyStays)
         "exit $status",
         "race", tree.path(), TRANSFER_PROGRAM, (elsewhere / "moved").path() });
     EXPECT_EQ(ended.status, 1);
-    EXPECT_NE(ended.output.find("The copy is complete, but could not remove"), std::string::npos) << ended.output;
+    EXPECT_NE(ended.output.find("The copy is complete. Could not remove “"), std::string::npos) << ended.output;
     EXPECT_NE(ended.output.find(": It has changed meanwhile."), std::string::npos) << ended.output;
     EXPECT_TRUE(isWholeTree(elsewhere / "moved"));
     EXPECT_EQ(contentOf(folder / "tree/inner/more"), "more\n");

@@ -26,10 +26,29 @@ std::string joinedNames(std::vector<FileURL> const& items)
     return names;
 }
 
-/// Asks when something stands at `target`, and takes it away when it is to be replaced. False when nothing is to be done.
-bool makeRoom(FileURL const& target, FileURL const& destinationFolder)
+/// Whether `item` lies below `folder`, however its path leads there.
+bool isBelow(FileURL const& item, FileURL const& folder)
 {
-    if (!platform().fileManager->fileExists(target))
+    auto const& fileManager = *platform().fileManager;
+    auto const identity = fileManager.identity(folder);
+    auto const parent = fileManager.resolvingAlias(item.deletingLastPathComponent());
+    if (!identity || !parent)
+        return false;
+    for (auto above = parent.value();; above = above.deletingLastPathComponent()) {
+        if (auto const found = fileManager.identity(above); found && found->isSameItem(*identity))
+            return true;
+        if (above == above.deletingLastPathComponent())
+            return false;
+    }
+}
+
+/// Asks when something of the name of `item` stands in the folder, and takes it away when it is to be replaced. False when
+/// nothing is to be done.
+bool makeRoom(FileURL const& item, FileURL const& destinationFolder)
+{
+    auto const target = destinationFolder.appendingPathComponent(item.lastPathComponent());
+    // The root has no name that anything else could have.
+    if (target == destinationFolder || !platform().fileManager->fileExists(target))
         return true;
     Alert const question {
         .style = AlertStyle::warning,
@@ -39,8 +58,10 @@ bool makeRoom(FileURL const& target, FileURL const& destinationFolder)
     };
     if (platform().alerts->runModal(question) != 0)
         return false;
-    // What could not be removed keeps its name, and the item gets a numbered one.
-    static_cast<void>(platform().fileTransfer->removeItem(target));
+    // What could not be removed keeps its name, and the item gets a numbered one. A folder that holds the item would take
+    // it along.
+    if (!isBelow(item, target))
+        static_cast<void>(platform().fileTransfer->removeItem(target));
     return true;
 }
 
@@ -77,7 +98,7 @@ void MenuActionHandler::presentMoveCopyAliasDialog(std::vector<FileURL> const& i
 
 void MenuActionHandler::performCopy(FileURL const& item, FileURL const& destinationFolder, TransferMode mode)
 {
-    if (!makeRoom(destinationFolder.appendingPathComponent(item.lastPathComponent()), destinationFolder))
+    if (!makeRoom(item, destinationFolder))
         return;
     if (auto const outcome = transfer(item, destinationFolder, mode); !outcome)
         platform().alerts->runModal(outcome.error());
