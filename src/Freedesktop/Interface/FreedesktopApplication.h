@@ -17,8 +17,9 @@ class FreedesktopEvents;
 /// The program as a Qt application that owns the bus name `org.marrowick.Marrowick`.
 class FreedesktopApplication : public Application {
 public:
-    /// Other starts of the program do nothing but show why while `gate` is closed. Connects to the display. Without one the process ends with status 1 after one line in the log. `argc` and what
-    /// else is passed must outlive the object.
+    /// Connects to the display. Without one the process ends with status 1 after one line in the log. While `gate` is closed,
+    /// other starts of the program do nothing but raise the alert. `argc` and what else is passed by reference must outlive
+    /// the object.
     FreedesktopApplication(
         int& argc, char** argv, FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate, Log& log);
     ~FreedesktopApplication() override;

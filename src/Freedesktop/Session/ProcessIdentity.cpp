@@ -48,13 +48,15 @@ std::optional<ProcessIdentity> identityOfProcess(pid_t pid)
 {
     if (pid <= 1 || pid == getpid())
         return std::nullopt;
-    auto const path = "/proc/" + std::to_string(pid) + "/stat";
-    FileDescriptor const file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    auto const path = "/proc/" + std::to_string(pid);
+    FileDescriptor const folder(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    // What lies in the folder belongs to root where the process keeps others from looking into it; the folder does not.
     struct stat owner { };
-    if (file.get() < 0 || fstat(file.get(), &owner) != 0 || owner.st_uid != geteuid())
+    if (!folder.isOpen() || fstat(folder.get(), &owner) != 0 || owner.st_uid != geteuid())
         return std::nullopt;
+    FileDescriptor const file(openat(folder.get(), "stat", O_RDONLY | O_CLOEXEC));
     std::array<char, 4096> status {};
-    auto const length = read(file.get(), status.data(), status.size());
+    auto const length = file.isOpen() ? read(file.get(), status.data(), status.size()) : -1;
     if (length <= 0)
         return std::nullopt;
     auto const startTime = startTimeIn({ status.data(), static_cast<std::size_t>(length) });

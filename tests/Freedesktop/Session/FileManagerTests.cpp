@@ -63,13 +63,16 @@ using NoBusFileManagerTest = FileManagerTest;
 TEST_F(FileManagerTest, RevealsEachFileByACallOfItsOwn)
 {
     TestFileManager manager;
-    workspace_.activateFileViewerSelecting({ FileURL("/srv/-a b%\xFF\n"), FileURL("/srv/dir/", true), FileURL() });
-    ASSERT_TRUE(waitFor([&] { return manager.calls().size() == 2; }));
+    std::string const longName(255, 'x');
+    workspace_.activateFileViewerSelecting(
+        { FileURL("/srv/-a b%\xFF\n\"'"), FileURL("/srv/dir/", true), FileURL(), FileURL("/srv/" + longName) });
+    ASSERT_TRUE(waitFor([&] { return manager.calls().size() == 3; }));
     auto const calls = manager.calls();
     EXPECT_EQ(calls[0].method, "ShowItems");
-    EXPECT_THAT(calls[0].uris, ElementsAre("file:///srv/-a%20b%25%FF%0A"));
+    EXPECT_THAT(calls[0].uris, ElementsAre("file:///srv/-a%20b%25%FF%0A%22'"));
     EXPECT_THAT(calls[0].startupID, MatchesRegex(startupIDPattern));
     EXPECT_THAT(calls[1].uris, ElementsAre("file:///srv/dir"));
+    EXPECT_THAT(calls[2].uris, ElementsAre("file:///srv/" + longName));
     EXPECT_FALSE(handlers().folder.arguments());
 }
 

@@ -1,6 +1,9 @@
+#include "Actions/ScriptRunner.h"
+#include "Fakes/FakeLog.h"
 #include "Fakes/TemporaryFolder.h"
 #include "Freedesktop/Session/FreedesktopTasks.h"
 #include "Freedesktop/Session/SessionSupport.h"
+#include "Platform/Platform.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -199,6 +202,20 @@ TEST_F(TasksTest, TooManyArgumentsAreAnError)
     EXPECT_EQ(failure(recording({}, { { "BIG", std::string(1'000'000, 'x') } })),
         "Could not start \u201Cprogram\u201D: Argument list too long.");
     EXPECT_FALSE(program_.arguments());
+}
+
+TEST_F(TasksTest, AScriptWithTooManyItemsIsOneLineInTheLog)
+{
+    auto log = std::make_unique<FakeLog>();
+    auto const& lines = *log;
+    Platform services;
+    services.log = std::move(log);
+    services.tasks = std::make_unique<FreedesktopTasks>();
+    PlatformScope const scope(std::move(services));
+    std::vector<FileURL> const selection(100'000, FileURL("/" + std::string(100, 'x')));
+    ScriptRunner::run(FileURL(path("a.sh")), selection, std::nullopt);
+    EXPECT_THAT(lines.lines(),
+        ElementsAre("Marrowick: failed to run " + path("a.sh") + ": Could not start “sh”: Argument list too long."));
 }
 
 TEST_F(TasksTest, ATextThatWouldBeCutIsAnError)
