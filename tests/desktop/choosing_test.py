@@ -5,7 +5,7 @@ import os
 import shutil
 import urllib.parse
 
-from marrowick_desktop import DesktopCase, FileManagerService, holds_for, run
+from marrowick_desktop import DesktopCase, FileManagerService, holds_for, run, wait_for
 
 
 class Choosing(DesktopCase):
@@ -128,6 +128,17 @@ class ItemsFolder(DesktopCase):
         self.menus.click(self.open_menu(button=3), "Reveal Items Folder")
         self.assertEqual(self.revealed(), ("ShowItems", [self.uri(self.items)]))
         self.assertTrue(self.items.is_dir())
+
+    def test_ScriptWithAltHeldIsShownInItsFolderAndOpenedInTheEditor(self):
+        self.run_with("run me.sh")
+        script = self.items / "run me.sh"
+        script.write_text(f"touch '{self.items.parent}/ran'\n")
+        self.menus.click(self.open_menu(), "run me.sh", modifiers=["Alt"])
+        self.assertEqual(self.revealed(), ("ShowItems", [self.uri(script)]))
+        calls = wait_for(lambda: len(self.desktop.applications.calls()) == 2 and self.desktop.applications.calls(),
+                         "the folder and the editor to open")
+        self.assertEqual(sorted(calls), [["editor", str(script)], ["files", str(self.items)]])
+        self.assertFalse((self.items.parent / "ran").exists())
 
     def assertQuits(self, button):
         self.run_with("notes.txt")
