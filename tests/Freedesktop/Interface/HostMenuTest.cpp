@@ -4,7 +4,6 @@
 #include "Freedesktop/Interface/SessionSupport.h"
 
 #include <QCoreApplication>
-#include <QCoreApplication>
 #include <QPointer>
 
 #include <gmock/gmock.h>
