@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Actions/ModifierAction.h"
-#include "Actions/TransferMode.h"
+#include "Support/TransferMode.h"
 #include "Models/MenuContext.h"
 #include "Models/MenuNode.h"
 #include "Platform/FileURL.h"

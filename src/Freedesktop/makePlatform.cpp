@@ -5,6 +5,7 @@
 #include "Freedesktop/Files/FreedesktopFileContents.h"
 #include "Freedesktop/Files/FreedesktopFileManager.h"
 #include "Freedesktop/Files/FreedesktopLog.h"
+#include "Freedesktop/Files/SystemClock.h"
 #include "Freedesktop/Interface/FreedesktopAlerts.h"
 #include "Freedesktop/Interface/FreedesktopApplication.h"
 #include "Freedesktop/Interface/FreedesktopDispatch.h"
@@ -34,6 +35,7 @@ Platform makePlatform(int& argc, char** argv)
     auto const windows = std::make_shared<XConnection>();
 
     Platform services;
+    services.clock = std::make_unique<SystemClock>();
     services.dispatch = std::make_unique<FreedesktopDispatch>(gate);
     services.fileManager = std::make_unique<FreedesktopFileManager>();
     services.fileContents = std::make_unique<FreedesktopFileContents>();

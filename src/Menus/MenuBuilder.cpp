@@ -4,6 +4,7 @@
 #include "Menus/SpecialSubmenu.h"
 #include "Models/ItemsFolderScanner.h"
 #include "Platform/Platform.h"
+#include "Support/FolderChain.h"
 #include "Support/Preferences.h"
 
 #include <algorithm>
@@ -74,18 +75,7 @@ public:
     }
 
     /// Stands for the folder whose contents are being appended; false when it is being appended further up already.
-    bool enter(FileURL const& folder)
-    {
-        auto const identity = platform().fileManager->identity(folder);
-        if (identity && std::any_of(chain_.begin(), chain_.end(), [&](auto const& above) {
-                return above && above->isSameItem(*identity);
-            }))
-            return false;
-        chain_.push_back(identity);
-        return true;
-    }
-
-    void leave() { chain_.pop_back(); }
+    bool enter(FileURL const& folder) { return chain_.enter(folder); }
 
     void append(std::vector<MenuNode> const& nodes)
     {
@@ -107,7 +97,7 @@ private:
         if (!enter(folder))
             return;
         append(ItemsFolderScanner::children(folder, context_, false));
-        leave();
+        chain_.leave();
     }
 
     void appendEmptyEntry()
@@ -119,7 +109,7 @@ private:
 
     MWMenu& menu_;
     MenuContext const& context_;
-    std::vector<std::optional<FileIdentity>> chain_;
+    FolderChain chain_;
 };
 
 }

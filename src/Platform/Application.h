@@ -24,6 +24,9 @@ public:
     /// The program has neither a taskbar entry nor a menu bar of its own.
     virtual void setAccessoryActivationPolicy() = 0;
 
+    /// Brings the program's windows in front of those of other programs.
+    virtual void activate() = 0;
+
     /// Serves events until `terminate` or the end of the session. `didFinishLaunching` runs once, first.
     virtual void run(std::function<void()> didFinishLaunching) = 0;
 

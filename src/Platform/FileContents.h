@@ -5,10 +5,11 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace marrowick {
 
-/// Reads the content of files. Any thread.
+/// Reads and replaces the content of files. Any thread.
 class FileContents {
 public:
     virtual ~FileContents() = default;
@@ -17,6 +18,13 @@ public:
     /// `notRegularFile` and is not waited for; a file that holds more than `limit` bytes, however much it grows
     /// meanwhile, is `tooLarge`.
     virtual Result<std::string> read(FileURL const& url, std::size_t limit) const = 0;
+
+    /// The same, but a link at `url` is no regular file.
+    virtual Result<std::string> readUnlessLink(FileURL const& url, std::size_t limit) const = 0;
+
+    /// Puts `content` in the place of the file at `url`, or makes it where there is none, by one rename within its folder:
+    /// whoever opens the file finds the old content or the new one, whole. After a failure the old one stands there.
+    virtual Result<void> replace(FileURL const& url, std::string_view content) const = 0;
 };
 
 }

@@ -25,6 +25,9 @@ enum class ResourceKey : std::uint8_t {
     /// `isApplication`, but only for a directory and for an alias that leads to one: of other items it may have to be
     /// read from their content.
     directoryIsApplication = 32,
+    /// Whether it is a directory that people take for one document or program.
+    isPackage = 64,
+    isRegularFile = 128,
 };
 
 class ResourceKeys {
@@ -59,6 +62,8 @@ struct ResourceValues {
     std::optional<bool> isApplication;
     std::optional<FileTime> contentModificationDate;
     std::optional<bool> aliasTargetIsDirectory;
+    std::optional<bool> isPackage;
+    std::optional<bool> isRegularFile;
 };
 
 /// An item as a directory listing tells it.
@@ -89,7 +94,8 @@ enum class StandardDirectory : std::uint8_t {
     downloads,
 };
 
-/// Reads what the disk holds, without opening files for their content. Any thread; nothing waits for another program.
+/// Reads and changes what directories hold, without opening files for their content. Any thread; nothing waits for
+/// another program.
 class FileManager {
 public:
     virtual ~FileManager() = default;
@@ -118,6 +124,9 @@ public:
 
     /// Makes the directory and all that are missing above it. It is no error when it exists already.
     virtual Result<void> createDirectory(FileURL const& url) const = 0;
+
+    /// Removes a file, or a link without what it leads to; never a directory.
+    virtual Result<void> removeFile(FileURL const& url) const = 0;
 
     /// Where an alias leads in the end, without any link left in the path. An item that is no alias resolves too; one
     /// that dangles does not.

@@ -2,6 +2,7 @@
 
 #include "Platform/Alerts.h"
 #include "Platform/Application.h"
+#include "Platform/Clock.h"
 #include "Platform/Collation.h"
 #include "Platform/DefaultsStore.h"
 #include "Platform/Dispatch.h"
@@ -24,12 +25,14 @@ namespace marrowick {
 /// The services of one desktop. Members are destroyed in the reverse of their order.
 struct Platform {
     std::unique_ptr<Log> log;
+    std::unique_ptr<Clock> clock;
     std::unique_ptr<Application> application;
-    std::unique_ptr<Dispatch> dispatch;
     std::unique_ptr<FileManager> fileManager;
     std::unique_ptr<FileContents> fileContents;
     std::unique_ptr<FileTransfer> fileTransfer;
     std::unique_ptr<Collation> collation;
+    /// Before those that its background tasks may use are gone, it is.
+    std::unique_ptr<Dispatch> dispatch;
     std::unique_ptr<DefaultsStore> defaultsStore;
     std::unique_ptr<Events> events;
     std::unique_ptr<Tasks> tasks;

@@ -43,4 +43,15 @@ std::size_t firstCharacterLength(std::string_view text)
     return sequence.length;
 }
 
+bool isValidUTF8(std::string_view text)
+{
+    while (!text.empty()) {
+        auto const length = firstCharacterLength(text);
+        if (length == 1 && static_cast<unsigned char>(text.front()) >= 0x80)
+            return false;
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
 }

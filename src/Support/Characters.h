@@ -9,4 +9,7 @@ namespace marrowick {
 /// valid UTF-8 or one byte that is part of none.
 std::size_t firstCharacterLength(std::string_view text);
 
+/// Whether no byte of `text` is part of no character.
+bool isValidUTF8(std::string_view text);
+
 }

@@ -24,6 +24,7 @@ public:
     bool claimSingleInstance() override { return true; }
     void setReopenHandler(std::function<void()> handler) override { reopenHandler_ = std::move(handler); }
     void setAccessoryActivationPolicy() override { isAccessory = true; }
+    void activate() override { ++activations; }
     void run(std::function<void()> didFinishLaunching) override { didFinishLaunching(); }
     void terminate() override { ++terminations; }
 
@@ -36,6 +37,7 @@ public:
 
     std::optional<std::string> identifier = "org.marrowick.Marrowick";
     bool isAccessory = false;
+    int activations = 0;
     int terminations = 0;
 
 private:

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -20,6 +21,18 @@ public:
     bool isMainThread() const override { return std::this_thread::get_id() == mainThread_; }
     void onMainThread(std::function<void()> work) override { posted_.push_back(std::move(work)); }
     void inBackground(std::function<void()> work) override { background_.push_back(std::move(work)); }
+
+    Subscription directoryWatch(FileURL const& url, std::function<void()> handler, std::function<void()> ended) override
+    {
+        if (unwatchable.contains(url))
+            return {};
+        auto const id = nextWatch_++;
+        (*watches_)[id] = { url, std::move(handler), std::move(ended) };
+        return Subscription([weakWatches = std::weak_ptr(watches_), id] {
+            if (auto const watches = weakWatches.lock())
+                watches->erase(id);
+        });
+    }
 
     Subscription repeatingTimer(std::chrono::milliseconds interval, std::function<void()> handler) override
     {
@@ -71,6 +84,23 @@ public:
             deliver([this, id] { fire(id); });
     }
 
+    /// An entry of the folder is added, removed or renamed.
+    void touch(FileURL const& folder) { notify(folder, &Watch::handler); }
+
+    /// The folder itself goes away.
+    void remove(FileURL const& folder) { notify(folder, &Watch::ended); }
+
+    std::vector<FileURL> watched() const
+    {
+        std::vector<FileURL> urls;
+        for (auto const& [id, watch] : *watches_)
+            urls.push_back(watch.url);
+        return urls;
+    }
+
+    /// Folders for which no watch can be had.
+    std::set<FileURL> unwatchable;
+
     std::size_t timerCount() const { return timers_->size(); }
 
 private:
@@ -78,6 +108,27 @@ private:
         std::chrono::milliseconds interval;
         std::function<void()> handler;
     };
+
+    struct Watch {
+        FileURL url;
+        std::function<void()> handler;
+        std::function<void()> ended;
+    };
+
+    void notify(FileURL const& folder, std::function<void()> Watch::*what)
+    {
+        for (auto const& [id, watch] : std::map(*watches_)) {
+            if (watch.url != folder)
+                continue;
+            deliver([this, id = id, what] {
+                auto const found = watches_->find(id);
+                if (found == watches_->end())
+                    return;
+                auto const handler = found->second.*what;
+                handler();
+            });
+        }
+    }
 
     static void runFirst(std::deque<std::function<void()>>& queue)
     {
@@ -101,6 +152,8 @@ private:
     std::deque<std::function<void()>> background_;
     std::shared_ptr<std::map<int, Timer>> timers_ = std::make_shared<std::map<int, Timer>>();
     int nextTimer_ = 0;
+    std::shared_ptr<std::map<int, Watch>> watches_ = std::make_shared<std::map<int, Watch>>();
+    int nextWatch_ = 0;
     int holders_ = 0;
 };
 

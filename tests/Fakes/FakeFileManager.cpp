@@ -87,6 +87,14 @@ Result<void> FakeFileManager::createDirectory(FileURL const& url) const
     return manager ? manager->createDirectory(url) : Error { ErrorKind::other, "no file manager" };
 }
 
+Result<void> FakeFileManager::removeFile(FileURL const& url) const
+{
+    auto const* manager = asked(url);
+    if (irremovable.contains(url))
+        return Error { ErrorKind::noPermission, "The file cannot be removed." };
+    return manager ? manager->removeFile(url) : Error { ErrorKind::other, "no file manager" };
+}
+
 Result<FileURL> FakeFileManager::resolvingAlias(FileURL const& url) const
 {
     auto const* manager = asked(url);

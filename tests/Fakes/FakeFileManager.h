@@ -26,6 +26,7 @@ public:
     bool isNameTaken(FileURL const& url) const override;
     std::optional<FileIdentity> identity(FileURL const& url) const override;
     Result<void> createDirectory(FileURL const& url) const override;
+    Result<void> removeFile(FileURL const& url) const override;
     Result<FileURL> resolvingAlias(FileURL const& url) const override;
     std::vector<FileURL> urls(StandardDirectory directory) const override;
     FileURL homeDirectory() const override;
@@ -40,6 +41,9 @@ public:
     std::map<StandardDirectory, std::vector<FileURL>> standardDirectories;
     std::optional<std::vector<FileURL>> volumes;
     std::optional<FileURL> home;
+
+    /// Files that stay where they are, whatever is tried.
+    std::set<FileURL> irremovable;
 
     /// The directories whose contents were asked for, in order.
     mutable std::vector<FileURL> listed;

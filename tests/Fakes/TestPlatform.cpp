@@ -8,10 +8,15 @@ namespace {
 
 class NoFileContents final : public FileContents {
 public:
-    Result<std::string> read(FileURL const& url, std::size_t) const override
+    Result<std::string> read(FileURL const& url, std::size_t) const override { return unexpected(url); }
+    Result<std::string> readUnlessLink(FileURL const& url, std::size_t) const override { return unexpected(url); }
+    Result<void> replace(FileURL const& url, std::string_view) const override { return unexpected(url); }
+
+private:
+    static Error unexpected(FileURL const& url)
     {
-        ADD_FAILURE() << "a file that the test did not expect to be read: " << url.path();
-        return Error { ErrorKind::other, "no disk" };
+        ADD_FAILURE() << "a file whose content the test did not expect to be asked for: " << url.path();
+        return { ErrorKind::other, "no disk" };
     }
 };
 
@@ -28,6 +33,7 @@ struct TestPlatform::Services {
 
     std::unique_ptr<CallRecord> calls = std::make_unique<CallRecord>();
     std::unique_ptr<FakeLog> log = std::make_unique<FakeLog>();
+    std::unique_ptr<FakeClock> clock = std::make_unique<FakeClock>();
     std::unique_ptr<FakeEvents> events = std::make_unique<FakeEvents>();
     std::unique_ptr<FakeDispatch> dispatch = std::make_unique<FakeDispatch>();
     std::unique_ptr<FakeApplication> application = std::make_unique<FakeApplication>(*events, *dispatch);
@@ -46,6 +52,7 @@ struct TestPlatform::Services {
     {
         Platform platform;
         platform.log = std::move(log);
+        platform.clock = std::move(clock);
         platform.application = std::move(application);
         platform.dispatch = std::move(dispatch);
         platform.fileManager = std::move(fileManager);
@@ -79,6 +86,7 @@ TestPlatform::TestPlatform(Services services)
     : record_(std::move(services.calls))
     , calls(*record_)
     , log(*services.log)
+    , clock(*services.clock)
     , events(*services.events)
     , application(*services.application)
     , dispatch(*services.dispatch)

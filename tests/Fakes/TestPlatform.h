@@ -3,6 +3,7 @@
 #include "Fakes/CallRecord.h"
 #include "Fakes/FakeAlerts.h"
 #include "Fakes/FakeApplication.h"
+#include "Fakes/FakeClock.h"
 #include "Fakes/FakeCollation.h"
 #include "Fakes/FakeDefaultsStore.h"
 #include "Fakes/FakeDispatch.h"
@@ -39,6 +40,7 @@ private:
 public:
     CallRecord& calls;
     FakeLog& log;
+    FakeClock& clock;
     FakeEvents& events;
     FakeApplication& application;
     FakeDispatch& dispatch;

@@ -1,6 +1,7 @@
 #include "Freedesktop/Files/FreedesktopFileContents.h"
 
 #include "Freedesktop/Files/FileErrors.h"
+#include "Freedesktop/Files/FileReplacement.h"
 #include "Freedesktop/Files/RegularFile.h"
 
 #include <cerrno>
@@ -24,16 +25,32 @@ Error readError(ReadError const& error, FileURL const& url)
     return fileError(error.number, "Could not read", url);
 }
 
+Result<std::string> readFile(FileURL const& url, std::size_t limit, Links links)
+{
+    if (!isSystemPath(url))
+        return fileError(ENOENT, "Could not read", url);
+    auto content = readRegularFile(AT_FDCWD, url.path().c_str(), limit, links);
+    if (auto* error = std::get_if<ReadError>(&content))
+        return readError(*error, url);
+    return std::get<std::string>(std::move(content));
+}
+
 }
 
 Result<std::string> FreedesktopFileContents::read(FileURL const& url, std::size_t limit) const
 {
-    if (!isSystemPath(url))
-        return fileError(ENOENT, "Could not read", url);
-    auto content = readRegularFile(AT_FDCWD, url.path().c_str(), limit);
-    if (auto* error = std::get_if<ReadError>(&content))
-        return readError(*error, url);
-    return std::get<std::string>(std::move(content));
+    return readFile(url, limit, Links::followed);
+}
+
+Result<std::string> FreedesktopFileContents::readUnlessLink(FileURL const& url, std::size_t limit) const
+{
+    return readFile(url, limit, Links::refused);
+}
+
+Result<void> FreedesktopFileContents::replace(FileURL const& url, std::string_view content) const
+{
+    int const number = isSystemPath(url) ? replaceFile(url.path(), content) : ENOENT;
+    return number == 0 ? Result<void>() : fileError(number, "Could not write", url);
 }
 
 }

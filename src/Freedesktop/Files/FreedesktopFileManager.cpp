@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace marrowick {
 
@@ -102,6 +103,14 @@ Result<void> FreedesktopFileManager::createDirectory(FileURL const& url) const
             return fileError(number, what, url);
     } while (end < path.size());
     return {};
+}
+
+Result<void> FreedesktopFileManager::removeFile(FileURL const& url) const
+{
+    constexpr char what[] = "Could not remove";
+    if (!isSystemPath(url))
+        return fileError(ENOENT, what, url);
+    return ::unlink(url.path().c_str()) == 0 ? Result<void>() : fileError(errno, what, url);
 }
 
 Result<FileURL> FreedesktopFileManager::resolvingAlias(FileURL const& url) const

@@ -15,6 +15,7 @@ public:
     bool isNameTaken(FileURL const& url) const override;
     std::optional<FileIdentity> identity(FileURL const& url) const override;
     Result<void> createDirectory(FileURL const& url) const override;
+    Result<void> removeFile(FileURL const& url) const override;
     Result<FileURL> resolvingAlias(FileURL const& url) const override;
     std::vector<FileURL> urls(StandardDirectory directory) const override;
     FileURL homeDirectory() const override;

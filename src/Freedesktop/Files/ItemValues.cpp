@@ -3,9 +3,12 @@
 #include "Freedesktop/Files/ApplicationTest.h"
 #include "Freedesktop/Files/FileTimes.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 
 namespace marrowick {
@@ -19,6 +22,13 @@ ItemKind itemKindOfMode(unsigned mode)
     if (S_ISDIR(mode))
         return ItemKind::directory;
     return S_ISLNK(mode) ? ItemKind::link : ItemKind::other;
+}
+
+bool isPackageName(char const* name)
+{
+    static constexpr std::array<std::string_view, 6> extensions { "app", "prefPane", "bundle", "framework", "plugin",
+        "rtfd" };
+    return std::find(extensions.begin(), extensions.end(), pathExtensionOf(name)) != extensions.end();
 }
 
 std::optional<bool> leadsToDirectory(ItemPlace const& place)
@@ -67,6 +77,10 @@ ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, Resourc
 
     if (keys.contains(ResourceKey::isDirectory))
         values.isDirectory = kind == ItemKind::directory;
+    if (keys.contains(ResourceKey::isRegularFile))
+        values.isRegularFile = kind == ItemKind::regularFile;
+    if (keys.contains(ResourceKey::isPackage))
+        values.isPackage = kind == ItemKind::directory && isPackageName(place.name);
     if (keys.contains(ResourceKey::isAliasFile))
         values.isAliasFile = kind == ItemKind::link;
     if (kind == ItemKind::link

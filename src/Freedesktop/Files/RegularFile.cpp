@@ -39,16 +39,18 @@ std::variant<std::string, ReadError> readAll(int file, std::size_t sizeAtOpen, s
 
 }
 
-std::variant<std::string, ReadError> readRegularFile(int directory, char const* path, std::size_t limit)
+std::variant<std::string, ReadError> readRegularFile(int directory, char const* path, std::size_t limit, Links links)
 {
     struct stat status { };
-    if (::fstatat(directory, path, &status, AT_NO_AUTOMOUNT) != 0)
+    bool const follows = links == Links::followed;
+    if (::fstatat(directory, path, &status, AT_NO_AUTOMOUNT | (follows ? 0 : AT_SYMLINK_NOFOLLOW)) != 0)
         return ReadError { ReadFailure::system, errno };
     if (!S_ISREG(status.st_mode))
         return ReadError { ReadFailure::notRegularFile };
 
     // The item may be another one by the time it is opened, so opening must not wait either, and the test is repeated.
-    FileDescriptor const file(::openat(directory, path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    FileDescriptor const file(
+        ::openat(directory, path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY | (follows ? 0 : O_NOFOLLOW)));
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
         return ReadError { ReadFailure::system, errno };
     if (!S_ISREG(status.st_mode))

@@ -6,6 +6,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QWidget>
 #include <QWindow>
 
 #include <xcb/xcb.h>
@@ -168,6 +169,14 @@ void FreedesktopApplication::reopenIfAsked()
 void FreedesktopApplication::setAccessoryActivationPolicy()
 {
     // Taskbars list windows, not programs: each window of the program says for itself whether it wants an entry.
+}
+
+void FreedesktopApplication::activate()
+{
+    for (auto* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() != Qt::Popup && window->windowType() != Qt::ToolTip)
+            window->raise();
+    }
 }
 
 void FreedesktopApplication::run(std::function<void()> didFinishLaunching)

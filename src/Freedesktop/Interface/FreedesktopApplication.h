@@ -28,6 +28,7 @@ public:
     bool claimSingleInstance() override;
     void setReopenHandler(std::function<void()> handler) override;
     void setAccessoryActivationPolicy() override;
+    void activate() override;
     void run(std::function<void()> didFinishLaunching) override;
     void terminate() override;
 

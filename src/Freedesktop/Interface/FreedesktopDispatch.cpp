@@ -1,5 +1,7 @@
 #include "Freedesktop/Interface/FreedesktopDispatch.h"
 
+#include "Freedesktop/Interface/DirectoryWatch.h"
+
 #include <QPointer>
 #include <QThread>
 #include <QTimer>
@@ -67,6 +69,15 @@ void FreedesktopDispatch::inBackground(std::function<void()> work)
             lowerPriorityOfThisThread();
         work();
     });
+}
+
+Subscription FreedesktopDispatch::directoryWatch(
+    FileURL const& url, std::function<void()> handler, std::function<void()> ended)
+{
+    auto watch = DirectoryWatch::make(*gate_, url, std::move(handler), std::move(ended));
+    if (!watch)
+        return {};
+    return Subscription([watch = std::move(watch)]() mutable { watch.reset(); });
 }
 
 Subscription FreedesktopDispatch::repeatingTimer(std::chrono::milliseconds interval, std::function<void()> handler)

@@ -24,6 +24,8 @@ public:
     bool isMainThread() const override;
     void onMainThread(std::function<void()> work) override;
     void inBackground(std::function<void()> work) override;
+    Subscription directoryWatch(
+        FileURL const& url, std::function<void()> handler, std::function<void()> ended) override;
     Subscription repeatingTimer(std::chrono::milliseconds interval, std::function<void()> handler) override;
 
 private:

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Platform/Collation.h"
+#include "Platform/FileManager.h"
+#include "Support/Snapshot.h"
+
+#include <string>
+#include <vector>
+
+namespace marrowick {
+
+/// A folder of the top level of the menu.
+struct TopLevelFolder {
+    std::string name;
+    FileURL url;
+
+    friend bool operator==(TopLevelFolder const&, TopLevelFolder const&) = default;
+};
+
+/// Finds the folders below those of the menu, up to limits that keep a tree of any size from making the snapshot, or the
+/// extension's menus, too large. Any thread.
+class SnapshotWalk {
+public:
+    /// Levels below a root.
+    static constexpr int deepest = 3;
+    static constexpr std::size_t mostChildren = 150;
+    /// Nodes in a whole snapshot, roots not counted.
+    static constexpr int mostNodes = 2000;
+
+    SnapshotWalk(FileManager const& fileManager, Collation const& collation)
+        : fileManager_(fileManager)
+        , collation_(collation)
+    {
+    }
+
+    /// One tree for each folder, which share the allowance of nodes in their order. Folders whose path is not UTF-8 cannot
+    /// be named; they and what is below them are left out and cost nothing.
+    std::vector<SnapshotNode> roots(std::vector<TopLevelFolder> const& folders) const;
+
+    /// The visible folders directly in `of` that are no packages, in the user's order, each with its own. `depth` is the
+    /// level of these folders, `budget` the number of nodes still allowed.
+    std::vector<SnapshotNode> subfolders(FileURL const& of, int depth, int& budget) const;
+
+private:
+    std::vector<FileURL> shownFolders(FileURL const& of) const;
+
+    FileManager const& fileManager_;
+    Collation const& collation_;
+};
+
+}
