@@ -5,10 +5,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <mutex>
 #include <random>
+#include <sys/file.h>
 #include <unistd.h>
-#include <utility>
 
 namespace marrowick {
 
@@ -33,37 +32,40 @@ int closeFile(FileDescriptor& file)
     return ::close(file.release()) == 0 ? 0 : errno;
 }
 
-/// A file that has no name until it is whole leaves nothing behind when the process ends.
-class NamelessFile {
+/// A folder that one writer has for itself, among all that ask in this way. Nobody waits for it.
+class LockedFolder {
 public:
-    explicit NamelessFile(std::string const& folder)
-        : file_(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666))
+    explicit LockedFolder(std::string const& path)
+        : folder_(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+        , isHeld_(folder_.isOpen() && ::flock(folder_.get(), LOCK_EX | LOCK_NB) == 0)
     {
     }
 
-    bool isOpen() const { return file_.isOpen(); }
-
-    int write(std::string_view content) { return writeAll(file_.get(), content); }
-
-    /// Publishes the file by way of a name that only this function uses.
-    int moveTo(std::string const& path, std::string const& passingName) const
-    {
-        static std::mutex mutex;
-        std::lock_guard const lock(mutex);
-        auto const own = "/proc/self/fd/" + std::to_string(file_.get());
-        ::unlink(passingName.c_str());
-        if (::linkat(AT_FDCWD, own.c_str(), AT_FDCWD, passingName.c_str(), AT_SYMLINK_FOLLOW) != 0)
-            return errno;
-        if (std::rename(passingName.c_str(), path.c_str()) == 0)
-            return 0;
-        int const number = errno;
-        ::unlink(passingName.c_str());
-        return number;
-    }
+    bool isHeld() const { return isHeld_; }
 
 private:
-    FileDescriptor file_;
+    FileDescriptor folder_;
+    bool isHeld_;
 };
+
+/// Renames the whole file at `temporary`, unless something failed before with the error `number`.
+int publish(int number, std::string const& temporary, std::string const& path)
+{
+    if (number == 0 && std::rename(temporary.c_str(), path.c_str()) != 0)
+        number = errno;
+    if (number != 0)
+        ::unlink(temporary.c_str());
+    return number;
+}
+
+/// A file that has no name until it is whole leaves nothing behind when the process ends.
+int replaceByNamelessFile(int file, std::string const& path, std::string const& temporary)
+{
+    auto const own = "/proc/self/fd/" + std::to_string(file);
+    if (::linkat(AT_FDCWD, own.c_str(), AT_FDCWD, temporary.c_str(), AT_SYMLINK_FOLLOW) != 0)
+        return errno;
+    return publish(0, temporary, path);
+}
 
 std::string uniqueSuffix()
 {
@@ -71,7 +73,7 @@ std::string uniqueSuffix()
     return std::to_string(::getpid()) + "-" + std::to_string(random());
 }
 
-/// For file systems that know no file without a name.
+/// For file systems that know no file without a name, or cannot give it one.
 int replaceByNamedFile(std::string const& path, std::string const& temporary, std::string_view content)
 {
     FileDescriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
@@ -80,11 +82,7 @@ int replaceByNamedFile(std::string const& path, std::string const& temporary, st
     int number = writeAll(file.get(), content);
     if (int const closed = closeFile(file); number == 0)
         number = closed;
-    if (number == 0 && std::rename(temporary.c_str(), path.c_str()) != 0)
-        number = errno;
-    if (number != 0)
-        ::unlink(temporary.c_str());
-    return number;
+    return publish(number, temporary, path);
 }
 
 }
@@ -95,12 +93,19 @@ int replaceFile(std::string const& path, std::string_view content)
     if (slash == std::string::npos)
         return ENOENT;
     auto const folder = path.substr(0, slash + 1);
-    auto const hidden = folder + "." + path.substr(slash + 1) + ".";
-    NamelessFile file(folder);
-    if (!file.isOpen())
-        return replaceByNamedFile(path, hidden + uniqueSuffix(), content);
-    int const number = file.write(content);
-    return number != 0 ? number : file.moveTo(path, hidden + "new");
+    FileDescriptor const nameless(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
+    if (nameless.isOpen()) {
+        if (int const number = writeAll(nameless.get(), content))
+            return number;
+    }
+
+    // Always the same name for whoever has the folder, so that processes that were killed leave one file at most.
+    LockedFolder const lock(folder);
+    auto const temporary = folder + "." + path.substr(slash + 1) + "." + (lock.isHeld() ? "new" : uniqueSuffix());
+    ::unlink(temporary.c_str());
+    if (nameless.isOpen() && replaceByNamelessFile(nameless.get(), path, temporary) == 0)
+        return 0;
+    return replaceByNamedFile(path, temporary, content);
 }
 
 }
