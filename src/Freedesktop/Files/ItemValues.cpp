@@ -24,11 +24,13 @@ ItemKind itemKindOfMode(unsigned mode)
     return S_ISLNK(mode) ? ItemKind::link : ItemKind::other;
 }
 
-bool isPackageName(char const* name)
+/// By the last component of `path`.
+bool isPackageName(std::string_view path)
 {
     static constexpr std::array<std::string_view, 6> extensions { "app", "prefPane", "bundle", "framework", "plugin",
         "rtfd" };
-    return std::find(extensions.begin(), extensions.end(), pathExtensionOf(name)) != extensions.end();
+    auto const extension = pathExtensionOf(path.substr(path.rfind('/') + 1));
+    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
 }
 
 std::optional<bool> leadsToDirectory(ItemPlace const& place)

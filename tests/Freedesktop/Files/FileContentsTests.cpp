@@ -3,7 +3,9 @@
 #include "AsOtherUser.h"
 #include "Fakes/TemporaryFolder.h"
 
+#include <atomic>
 #include <chrono>
+#include <cstdio>
 #include <fcntl.h>
 #include <future>
 #include <gtest/gtest.h>
@@ -11,6 +13,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <thread>
 #include <unistd.h>
 
 namespace marrowick {
@@ -98,6 +101,57 @@ TEST_F(FileContentsTest, AWriterThatWaitsAtAFifoIsNotDisturbed)
     int const reader = ::open(fifo.path().c_str(), O_RDONLY | O_CLOEXEC);
     ::close(writer.get());
     ::close(reader);
+}
+
+TEST_F(FileContentsTest, ALinkCanBeRefusedWhateverItLeadsTo)
+{
+    auto const kindOf = [&](FileURL const& url) -> std::optional<ErrorKind> {
+        auto const result = contents.readUnlessLink(url, 1000);
+        return result ? std::nullopt : std::optional(result.error().kind);
+    };
+    auto const file = folder.file("file", "content");
+    auto const result = contents.readUnlessLink(file, 7);
+    EXPECT_EQ(result ? result.value() : "", "content");
+    EXPECT_EQ(contents.readUnlessLink(file, 6).error().kind, ErrorKind::tooLarge);
+    for (auto const* const target : { "file", "missing", "link", "/dev/zero", "/etc/passwd" }) {
+        EXPECT_EQ(kindOf(folder.link("link", target)), ErrorKind::notRegularFile) << target;
+        folder.remove("link");
+    }
+    EXPECT_EQ(kindOf(folder / "missing"), ErrorKind::notFound);
+    EXPECT_EQ(kindOf(folder.folder("directory")), ErrorKind::notRegularFile);
+    EXPECT_EQ(kindOf(FileURL("/dev/zero")), ErrorKind::notRegularFile);
+    EXPECT_EQ(kindOf(FileURL("/dev/tty")), ErrorKind::notRegularFile);
+    EXPECT_EQ(kindOf(folder.fifo("fifo")), ErrorKind::notRegularFile);
+    // Links on the way to the file are no links at it.
+    folder.file("directory/inside", "inside");
+    folder.link("way", "directory");
+    EXPECT_EQ(kindOf(folder / "way/inside"), std::nullopt);
+}
+
+// What stands at the name may be exchanged between the look at it and the opening.
+TEST_F(FileContentsTest, ALinkThatComesInBetweenIsNotFollowed)
+{
+    auto const wanted = folder.file("wanted", "wanted");
+    folder.file("kept", "wanted");
+    folder.file("other", "other");
+    std::atomic<bool> isDone = false;
+    std::thread exchanger([&] {
+        for (int turn = 0; !isDone; ++turn) {
+            auto const next = folder / ("next" + std::to_string(turn % 2));
+            if (turn % 2 == 0 ? ::symlink("other", next.path().c_str()) == 0
+                              : ::link((folder / "kept").path().c_str(), next.path().c_str()) == 0)
+                std::rename(next.path().c_str(), wanted.path().c_str());
+        }
+    });
+    int read = 0;
+    for (int turn = 0; turn < 20000; ++turn) {
+        auto const result = contents.readUnlessLink(wanted, 100);
+        read += result.hasValue();
+        ASSERT_TRUE(!result || result.value() == "wanted");
+    }
+    isDone = true;
+    exchanger.join();
+    EXPECT_GT(read, 0);
 }
 
 TEST_F(FileContentsTest, TellsWhatIsMissingFromWhatIsForbidden)

@@ -121,6 +121,43 @@ TEST_F(FileManagerTest, ADirectoryThatMayNotBeMadeSaysSo)
         "forbidden, existing one is fine");
 }
 
+TEST_F(FileManagerTest, RemovesAFileOrALinkAndNothingElse)
+{
+    auto const removal = [&](FileURL const& url) -> std::optional<ErrorKind> {
+        auto const result = files.removeFile(url);
+        return result ? std::nullopt : std::optional(result.error().kind);
+    };
+    folder.file("kept", "kept");
+    folder.folder("directory");
+    EXPECT_EQ(removal(folder.file("broken \xFF\n")), std::nullopt);
+    EXPECT_EQ(removal(folder.fifo("fifo")), std::nullopt);
+    EXPECT_EQ(removal(folder.link("to file", "kept")), std::nullopt);
+    EXPECT_EQ(removal(folder.link("to folder", "directory")), std::nullopt);
+    EXPECT_EQ(removal(folder.link("dangling", "missing")), std::nullopt);
+    EXPECT_NE(removal(folder / "directory"), std::nullopt);
+    EXPECT_NE(removal(FileURL((folder / "directory").path(), true)), std::nullopt);
+    EXPECT_EQ(removal(folder / "missing"), ErrorKind::notFound);
+    EXPECT_EQ(removal(FileURL()), ErrorKind::notFound);
+    EXPECT_EQ(removal(FileURL((folder / "kept").path() + std::string("\0x", 2))), ErrorKind::notFound);
+    EXPECT_EQ(folder.names(""), (std::vector<std::string> { "directory", "kept" }));
+    EXPECT_EQ(folder.content("kept"), "kept");
+}
+
+TEST_F(FileManagerTest, AFileThatMayNotBeRemovedStays)
+{
+    folder.folder("closed");
+    folder.file("closed/file");
+    ASSERT_EQ(::chmod(folder.url().path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((folder / "closed").path().c_str(), 0555), 0);
+    EXPECT_EQ(askedWithoutPrivileges([&]() -> std::string {
+        auto const result = files.removeFile(folder / "closed/file");
+        return !result && result.error().kind == ErrorKind::noPermission ? "forbidden" : "something else";
+    }),
+        "forbidden");
+    EXPECT_TRUE(files.fileExists(folder / "closed/file"));
+    ASSERT_EQ(::chmod((folder / "closed").path().c_str(), 0755), 0);
+}
+
 TEST_F(FileManagerTest, AnAliasResolvesToAPathWithoutLinks)
 {
     auto const base = resolved(folder.url());
