@@ -21,6 +21,12 @@ if(MARROWICK_SANITIZE)
     target_link_options(marrowick-options INTERFACE -fsanitize=address,undefined)
 endif()
 
+option(MARROWICK_FUZZ "Let the fuzzing targets look for inputs; needs clang" OFF)
+if(MARROWICK_FUZZ)
+    # Optimised a little: the fuzzer lives on the number of inputs that it gets through.
+    target_compile_options(marrowick-options INTERFACE -fsanitize=fuzzer-no-link -O1)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})

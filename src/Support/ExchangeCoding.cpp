@@ -1,11 +1,15 @@
 #include "Support/ExchangeCoding.h"
 
+#include "Support/Characters.h"
 #include "Support/InternetDate.h"
+#include "Support/RecordReader.h"
 
-#include <boost/json.hpp>
-
+#include <algorithm>
+#include <array>
 #include <exception>
-#include <new>
+
+#include <boost/json/basic_parser_impl.hpp>
+#include <boost/json/serializer.hpp>
 
 namespace marrowick {
 
@@ -13,141 +17,103 @@ namespace {
 
 namespace json = boost::json;
 
-/// Values take many times the room of the text that they were read from.
-constexpr std::size_t mostMemory = std::size_t { 512 } * 1024 * 1024;
 constexpr std::size_t deepestNesting = 128;
 
-/// Memory that runs out.
-class LimitedMemory final : public json::memory_resource {
-private:
-    void* do_allocate(std::size_t size, std::size_t alignment) override
-    {
-        if (size > mostMemory - used_)
-            throw std::bad_alloc();
-        used_ += size;
-        return ::operator new(size, std::align_val_t(alignment));
-    }
-    void do_deallocate(void* memory, std::size_t size, std::size_t alignment) override
-    {
-        used_ -= size;
-        ::operator delete(memory, std::align_val_t(alignment));
-    }
-    bool do_is_equal(json::memory_resource const& other) const noexcept override { return this == &other; }
+constexpr RecordShape snapshotShape { "generated", {}, "roots" };
+constexpr RecordShape requestShape { "op", "dest", "sources", true };
 
-    std::size_t used_ = 0;
-};
-
-/// What `read` makes of the object that `bytes` hold.
-template<typename Record>
-std::optional<Record> decode(std::string_view bytes, std::optional<Record> (*read)(json::object const&))
+/// Made for files that anybody may have written: what it keeps is no more than the record holds.
+std::optional<Record> decode(std::string_view bytes, RecordShape const& shape)
 {
-    LimitedMemory memory;
     json::parse_options options;
     options.max_depth = deepestNesting;
     try {
+        json::basic_parser<RecordReader> parser(options, shape);
         json::error_code error;
-        auto const value = json::parse({ bytes.data(), bytes.size() }, error, &memory, options);
-        auto const* const object = error ? nullptr : value.if_object();
-        return object ? read(*object) : std::nullopt;
+        auto const count = parser.write_some(false, bytes.data(), bytes.size(), error);
+        return error || count != bytes.size() ? std::nullopt : parser.handler().take();
     } catch (std::exception const&) {
         return std::nullopt;
     }
 }
 
-std::optional<std::string> text(json::object const& object, char const* key)
-{
-    auto const* const value = object.if_contains(key);
-    auto const* const string = value ? value->if_string() : nullptr;
-    return string ? std::optional<std::string>(std::in_place, string->data(), string->size()) : std::nullopt;
-}
-
-json::array const* array(json::object const& object, char const* key)
-{
-    auto const* const value = object.if_contains(key);
-    return value ? value->if_array() : nullptr;
-}
-
-std::optional<std::vector<SnapshotNode>> nodes(json::array const* values);
-
-std::optional<SnapshotNode> node(json::object const& object)
-{
-    auto name = text(object, "name");
-    auto path = text(object, "path");
-    auto children = nodes(array(object, "children"));
-    if (!name || !path || !children)
-        return std::nullopt;
-    return SnapshotNode { std::move(*name), std::move(*path), std::move(*children) };
-}
-
-std::optional<std::vector<SnapshotNode>> nodes(json::array const* values)
-{
-    if (!values)
-        return std::nullopt;
-    std::vector<SnapshotNode> nodes;
-    nodes.reserve(values->size());
-    for (auto const& value : *values) {
-        auto const* const object = value.if_object();
-        auto decoded = object ? node(*object) : std::nullopt;
-        if (!decoded)
-            return std::nullopt;
-        nodes.push_back(std::move(*decoded));
+/// Appends a document piece by piece.
+class Writer {
+public:
+    explicit Writer(std::string& bytes)
+        : bytes_(bytes)
+    {
     }
-    return nodes;
-}
 
-std::optional<Snapshot> snapshotFrom(json::object const& object)
-{
-    auto const written = text(object, "generated");
-    auto const generated = written ? dateFromInternetText(*written) : std::nullopt;
-    auto roots = nodes(array(object, "roots"));
-    if (!generated || !roots)
-        return std::nullopt;
-    return Snapshot { *generated, std::move(*roots) };
-}
-
-std::optional<MoveRequest> requestFrom(json::object const& object)
-{
-    auto op = text(object, "op");
-    auto dest = text(object, "dest");
-    auto const* const sources = array(object, "sources");
-    if (!op || !dest || !sources)
-        return std::nullopt;
-    MoveRequest request { std::move(*op), std::move(*dest), {} };
-    request.sources.reserve(sources->size());
-    for (auto const& source : *sources) {
-        auto const* const path = source.if_string();
-        if (!path)
-            return std::nullopt;
-        request.sources.emplace_back(path->data(), path->size());
+    /// False where a text is not UTF-8.
+    bool append(Snapshot const& snapshot, std::string_view generated)
+    {
+        bytes_ += R"({"generated":)";
+        if (!append(generated))
+            return false;
+        bytes_ += R"(,"roots":)";
+        if (!append(snapshot.roots))
+            return false;
+        bytes_ += '}';
+        return true;
     }
-    return request;
-}
 
-json::value valueOf(std::vector<SnapshotNode> const& nodes, json::storage_ptr const& memory)
-{
-    json::array values(memory);
-    values.reserve(nodes.size());
-    for (auto const& node : nodes) {
-        values.push_back(json::object(
-            { { "name", node.name }, { "path", node.path }, { "children", valueOf(node.children, memory) } }, memory));
+private:
+    bool append(std::vector<SnapshotNode> const& nodes)
+    {
+        bytes_ += '[';
+        for (auto const& node : nodes) {
+            if (&node != &nodes.front())
+                bytes_ += ',';
+            if (!append(node))
+                return false;
+        }
+        bytes_ += ']';
+        return true;
     }
-    return values;
-}
 
-/// A slash stands nowhere but inside texts.
-std::string withEscapedSlashes(std::string_view encoded)
-{
-    std::string bytes;
-    bytes.reserve(encoded.size() + encoded.size() / 8);
-    for (std::size_t begin = 0; begin < encoded.size();) {
-        auto const slash = std::min(encoded.find('/', begin), encoded.size());
-        bytes.append(encoded, begin, slash - begin);
-        if (slash < encoded.size())
-            bytes += "\\/";
-        begin = slash + 1;
+    bool append(SnapshotNode const& node)
+    {
+        bytes_ += R"({"name":)";
+        if (!append(node.name))
+            return false;
+        bytes_ += R"(,"path":)";
+        if (!append(node.path))
+            return false;
+        bytes_ += R"(,"children":)";
+        if (!append(node.children))
+            return false;
+        bytes_ += '}';
+        return true;
     }
-    return bytes;
-}
+
+    bool append(std::string_view text)
+    {
+        if (!isValidUTF8(text))
+            return false;
+        serializer_.reset(json::string_view(text.data(), text.size()));
+        std::array<char, 1024> buffer;
+        while (!serializer_.done()) {
+            auto const piece = serializer_.read(buffer.data(), buffer.size());
+            appendWithEscapedSlashes({ piece.data(), piece.size() });
+        }
+        return true;
+    }
+
+    void appendWithEscapedSlashes(std::string_view piece)
+    {
+        for (std::size_t begin = 0; begin < piece.size();) {
+            auto const slash = std::min(piece.find('/', begin), piece.size());
+            bytes_.append(piece, begin, slash - begin);
+            if (slash < piece.size())
+                bytes_ += "\\/";
+            begin = slash + 1;
+        }
+    }
+
+    std::string& bytes_;
+    json::serializer serializer_;
+};
 
 }
 
@@ -157,10 +123,8 @@ std::optional<std::string> encode(Snapshot const& snapshot)
     if (!generated)
         return std::nullopt;
     try {
-        json::monotonic_resource memory;
-        json::value const document
-            = json::object({ { "generated", *generated }, { "roots", valueOf(snapshot.roots, &memory) } }, &memory);
-        return withEscapedSlashes(json::serialize(document));
+        std::string bytes;
+        return Writer(bytes).append(snapshot, *generated) ? std::optional(std::move(bytes)) : std::nullopt;
     } catch (std::exception const&) {
         return std::nullopt;
     }
@@ -168,12 +132,19 @@ std::optional<std::string> encode(Snapshot const& snapshot)
 
 std::optional<Snapshot> decodeSnapshot(std::string_view bytes)
 {
-    return decode(bytes, snapshotFrom);
+    auto record = decode(bytes, snapshotShape);
+    auto const generated = record && record->first ? dateFromInternetText(*record->first) : std::nullopt;
+    if (!generated || !record->nodes)
+        return std::nullopt;
+    return Snapshot { *generated, std::move(*record->nodes) };
 }
 
 std::optional<MoveRequest> decodeMoveRequest(std::string_view bytes)
 {
-    return decode(bytes, requestFrom);
+    auto record = decode(bytes, requestShape);
+    if (!record || !record->first || !record->second || !record->texts)
+        return std::nullopt;
+    return MoveRequest { std::move(*record->first), std::move(*record->second), std::move(*record->texts) };
 }
 
 }

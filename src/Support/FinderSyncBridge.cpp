@@ -99,6 +99,8 @@ void FinderSyncBridge::start()
     refreshSnapshot();
     processPendingRequests();
     watchRequests();
+    // Those that came while the first were carried out, which takes as long as the user leaves a question open.
+    processPendingRequests();
     watchItemsFolder();
     refreshTimer_ = platform().dispatch->repeatingTimer(refreshInterval, [this] { refreshTimerFired(); });
 }

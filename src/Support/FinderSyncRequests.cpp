@@ -91,7 +91,9 @@ void FinderSyncBridge::takeRequest(FileURL const& file)
     if (std::any_of(consumed_.begin(), consumed_.end(), isThisFile))
         return;
     auto const content = platform().fileContents->readUnlessLink(file, largestFile);
-    if (!platform().fileManager->removeFile(file) && identity)
+    // A file that is gone leaves its number to one that comes after it.
+    auto const removal = platform().fileManager->removeFile(file);
+    if (!removal && removal.error().kind != ErrorKind::notFound && identity)
         consumed_.push_back(*identity);
     auto const request = content ? decodeMoveRequest(content.value()) : std::nullopt;
     if (request)

@@ -27,7 +27,7 @@ public:
         if (unwatchable.contains(url))
             return {};
         auto const id = nextWatch_++;
-        (*watches_)[id] = { url, std::move(handler), std::move(ended) };
+        (*watches_)[id] = { url, std::move(handler), std::move(ended), false, false };
         return Subscription([weakWatches = std::weak_ptr(watches_), id] {
             if (auto const watches = weakWatches.lock())
                 watches->erase(id);
@@ -85,10 +85,10 @@ public:
     }
 
     /// An entry of the folder is added, removed or renamed.
-    void touch(FileURL const& folder) { notify(folder, &Watch::handler); }
+    void touch(FileURL const& folder) { notify(folder, false); }
 
     /// The folder itself goes away.
-    void remove(FileURL const& folder) { notify(folder, &Watch::ended); }
+    void remove(FileURL const& folder) { notify(folder, true); }
 
     std::vector<FileURL> watched() const
     {
@@ -113,21 +113,33 @@ private:
         FileURL url;
         std::function<void()> handler;
         std::function<void()> ended;
+        bool isGone = false;
+        bool isWaiting = false;
     };
 
-    void notify(FileURL const& folder, std::function<void()> Watch::*what)
+    void notify(FileURL const& folder, bool isGone)
     {
-        for (auto const& [id, watch] : std::map(*watches_)) {
-            if (watch.url != folder)
+        std::vector<int> told;
+        for (auto& [id, watch] : *watches_) {
+            if (watch.url != folder || watch.isGone)
                 continue;
-            deliver([this, id = id, what] {
-                auto const found = watches_->find(id);
-                if (found == watches_->end())
-                    return;
-                auto const handler = found->second.*what;
-                handler();
-            });
+            watch.isGone = isGone;
+            if (!std::exchange(watch.isWaiting, true))
+                told.push_back(id);
         }
+        for (auto const id : told)
+            deliver([this, id] { tell(id); });
+    }
+
+    void tell(int id)
+    {
+        // One watch may end another one, and itself.
+        auto const found = watches_->find(id);
+        if (found == watches_->end())
+            return;
+        found->second.isWaiting = false;
+        auto const handler = found->second.isGone ? found->second.ended : found->second.handler;
+        handler();
     }
 
     static void runFirst(std::deque<std::function<void()>>& queue)

@@ -21,24 +21,25 @@ constexpr std::uint32_t ends = endEvents | IN_UNMOUNT | IN_IGNORED;
 
 }
 
-std::shared_ptr<DirectoryWatch> DirectoryWatch::make(
-    DeliveryGate& gate, FileURL const& url, Handler changed, Handler ended)
+std::shared_ptr<DirectoryWatch> DirectoryWatch::make(Target target, FileURL const& url, Handler changed, Handler ended)
 {
     FileDescriptor queue(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
     if (!queue.isOpen() || url.path().find('\0') != std::string::npos
         || ::inotify_add_watch(queue.get(), url.path().c_str(), entryEvents | endEvents | IN_ONLYDIR) < 0)
         return nullptr;
-    return std::make_shared<DirectoryWatch>(gate, std::move(queue), std::move(changed), std::move(ended));
+    return std::make_shared<DirectoryWatch>(std::move(target), std::move(queue), std::move(changed), std::move(ended));
 }
 
-DirectoryWatch::DirectoryWatch(DeliveryGate& gate, FileDescriptor queue, Handler changed, Handler ended)
-    : gate_(gate)
+DirectoryWatch::DirectoryWatch(Target target, FileDescriptor queue, Handler changed, Handler ended)
+    : target_(std::move(target))
     , queue_(std::move(queue))
     , changed_(std::move(changed))
     , ended_(std::move(ended))
     , notifier_(queue_.get(), QSocketNotifier::Read)
 {
     QObject::connect(&notifier_, &QSocketNotifier::activated, [this] { queueIsReadable(); });
+    // What stays in the queue would wake the event loop again and again.
+    QObject::connect(target_.dispatch, &QObject::destroyed, &notifier_, [this] { notifier_.setEnabled(false); });
 }
 
 DirectoryWatch::Events DirectoryWatch::drain()
@@ -70,7 +71,7 @@ void DirectoryWatch::queueIsReadable()
     waiting_.haveEnded = waiting_.haveEnded || events.haveEnded;
     if ((!waiting_.haveChanged && !waiting_.haveEnded) || std::exchange(isDeliveryQueued_, true))
         return;
-    gate_.deliver([weakSelf = weak_from_this()] {
+    target_.gate->deliver([weakSelf = weak_from_this()] {
         if (auto const self = weakSelf.lock())
             self->deliver();
     });
@@ -78,6 +79,8 @@ void DirectoryWatch::queueIsReadable()
 
 void DirectoryWatch::deliver()
 {
+    if (!target_.dispatch)
+        return;
     isDeliveryQueued_ = false;
     auto const events = std::exchange(waiting_, {});
     // Copies, since the watch may end in its handler.

@@ -4,6 +4,8 @@
 #include "Freedesktop/Files/FileDescriptor.h"
 #include "Platform/FileURL.h"
 
+#include <QObject>
+#include <QPointer>
 #include <QSocketNotifier>
 
 #include <functional>
@@ -11,15 +13,21 @@
 
 namespace marrowick {
 
-/// Watches one directory by the kernel's inotify, for as long as it lives. Main thread only.
+/// Watches one directory by the kernel's inotify, for as long as it and its dispatch live. Main thread only.
 class DirectoryWatch : public std::enable_shared_from_this<DirectoryWatch> {
 public:
     using Handler = std::function<void()>;
 
-    /// Null where the directory cannot be watched. What the handlers are for says `Dispatch::directoryWatch`.
-    static std::shared_ptr<DirectoryWatch> make(DeliveryGate& gate, FileURL const& url, Handler changed, Handler ended);
+    /// Where deliveries go: through the gate, and nowhere once `dispatch` is gone.
+    struct Target {
+        std::shared_ptr<DeliveryGate> gate;
+        QPointer<QObject> dispatch;
+    };
 
-    DirectoryWatch(DeliveryGate& gate, FileDescriptor queue, Handler changed, Handler ended);
+    /// Null where the directory cannot be watched. What the handlers are for says `Dispatch::directoryWatch`.
+    static std::shared_ptr<DirectoryWatch> make(Target target, FileURL const& url, Handler changed, Handler ended);
+
+    DirectoryWatch(Target target, FileDescriptor queue, Handler changed, Handler ended);
 
 private:
     /// What a reading of the whole queue found.
@@ -32,7 +40,7 @@ private:
     void queueIsReadable();
     void deliver();
 
-    DeliveryGate& gate_;
+    Target target_;
     FileDescriptor queue_;
     Handler changed_;
     Handler ended_;

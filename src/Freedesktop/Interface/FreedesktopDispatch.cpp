@@ -74,7 +74,7 @@ void FreedesktopDispatch::inBackground(std::function<void()> work)
 Subscription FreedesktopDispatch::directoryWatch(
     FileURL const& url, std::function<void()> handler, std::function<void()> ended)
 {
-    auto watch = DirectoryWatch::make(*gate_, url, std::move(handler), std::move(ended));
+    auto watch = DirectoryWatch::make({ gate_, &mainThread_ }, url, std::move(handler), std::move(ended));
     if (!watch)
         return {};
     return Subscription([watch = std::move(watch)]() mutable { watch.reset(); });

@@ -16,8 +16,8 @@ namespace marrowick {
 /// dropped.
 class FreedesktopDispatch : public Dispatch {
 public:
-    /// Made on the main thread, after the application. Posted work and timers come through `gate`; a timer that fires
-    /// several times while it is closed comes once.
+    /// Made on the main thread, after the application. Posted work, timers and watches come through `gate`; a timer that
+    /// fires several times while it is closed comes once, and so does a watched folder that changes.
     explicit FreedesktopDispatch(std::shared_ptr<DeliveryGate> gate);
     ~FreedesktopDispatch() override;
 
