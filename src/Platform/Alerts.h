@@ -14,6 +14,14 @@ enum class AlertStyle : std::uint8_t {
     informational = 1,
 };
 
+/// What a line feed in a text is.
+enum class LineFeed : std::uint8_t {
+    /// A character as a name may hold it: shown by a sign of its own.
+    ofName,
+    /// The end of a line.
+    endOfLine,
+};
+
 /// A question or a message that stops the user until it is answered. All texts are plain text; bytes that are not UTF-8 are
 /// repaired for display.
 struct Alert {
@@ -23,6 +31,8 @@ struct Alert {
     /// In the order in which they stand. The first is the default and answers Return; the last answers Escape and closing.
     /// None stands for the desktop's single "OK".
     std::vector<std::string> buttons;
+    /// What line feeds in the informative text are.
+    LineFeed lineFeed = LineFeed::ofName;
 };
 
 /// Shows alerts, one at a time, in front of everything, open menus closed first. While one is up the program hears nothing

@@ -98,7 +98,8 @@ Alert RequestRules::report(TransferMode mode, std::vector<std::string> const& li
     Alert alert { .style = AlertStyle::warning,
         .messageText = "Marrowick couldn't " + std::string(operation(mode)) + " everything",
         .informativeText = "",
-        .buttons = {} };
+        .buttons = {},
+        .lineFeed = LineFeed::endOfLine };
     for (auto const& line : lines) {
         if (&line != &lines.front())
             alert.informativeText += '\n';

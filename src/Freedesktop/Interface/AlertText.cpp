@@ -43,7 +43,8 @@ AlertText::AlertText(QString const& text, QFont const& font, QWidget& parent)
     // A name in letters that run the other way does not turn the sentence around it.
     option.setTextDirection(layoutDirection());
     option.setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading));
-    layout_.setText(QLabel::text());
+    // A layout of its own breaks lines at no other character.
+    layout_.setText(QLabel::text().replace(u'\n', QChar::LineSeparator));
     layout_.setFont(font);
     layout_.setTextOption(option);
     layout_.setCacheEnabled(true);

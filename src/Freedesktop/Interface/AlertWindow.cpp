@@ -98,14 +98,15 @@ QScrollArea* AlertWindow::makeText(Alert const& alert)
     auto* const column = new QVBoxLayout(texts);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSizeConstraint(QLayout::SetFixedSize);
-    auto const add = [&](std::string const& text, QFont const& font) {
-        if (text.empty())
+    auto const add = [&](QString const& text, QFont const& font) {
+        if (text.isEmpty())
             return;
-        paragraphs_.push_back(new AlertText(displayText(text), font, *texts));
+        paragraphs_.push_back(new AlertText(text, font, *texts));
         column->addWidget(paragraphs_.back());
     };
-    add(alert.messageText, boldFont(font()));
-    add(alert.informativeText, font());
+    auto const& informative = alert.informativeText;
+    add(displayText(alert.messageText), boldFont(font()));
+    add(alert.lineFeed == LineFeed::endOfLine ? displayLines(informative) : displayText(informative), font());
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidget(texts);

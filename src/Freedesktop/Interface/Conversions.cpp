@@ -46,6 +46,19 @@ QString displayText(std::string_view text)
     return shown;
 }
 
+QString displayLines(std::string_view text)
+{
+    QString lines;
+    for (;;) {
+        auto const end = text.find('\n');
+        lines += displayText(text.substr(0, end));
+        if (end == std::string_view::npos)
+            return lines;
+        lines += u'\n';
+        text.remove_prefix(end + 1);
+    }
+}
+
 QString withoutMnemonics(QString text)
 {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));

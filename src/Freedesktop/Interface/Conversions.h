@@ -21,6 +21,9 @@ namespace marrowick {
 /// line, hide a part, or be read as markup of a menu's columns.
 QString displayText(std::string_view text);
 
+/// As `displayText`, but the line feeds of `text` stay.
+QString displayLines(std::string_view text);
+
 /// Makes every `&` of a displayed text stand for itself where Qt would underline the next letter.
 QString withoutMnemonics(QString text);
 

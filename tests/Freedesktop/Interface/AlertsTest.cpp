@@ -187,6 +187,28 @@ TEST_F(AlertsTest, EveryTextIsShownLiterally)
     }
 }
 
+TEST_F(AlertsTest, LinesOfAReportStandBelowEachOther)
+{
+    std::vector<int> heights;
+    for (auto const lineFeed : { LineFeed::ofName, LineFeed::endOfLine }) {
+        Alert const alert { .messageText = "Report",
+            .informativeText = "“a\rb”: one\n“c”: two\n\n“d”: three",
+            .buttons = {},
+            .lineFeed = lineFeed };
+        run(alert, [&](AlertWindow& window) {
+            auto const labels = window.findChild<QScrollArea*>()->findChildren<QLabel*>();
+            ASSERT_THAT(labels, SizeIs(2));
+            EXPECT_EQ(labels.back()->text(),
+                lineFeed == LineFeed::endOfLine ? QStringLiteral("“a␍b”: one\n“c”: two\n\n“d”: three")
+                                                : QStringLiteral("“a␍b”: one␊“c”: two␊␊“d”: three"));
+            heights.push_back(labels.back()->height());
+            press("Return");
+        });
+    }
+    ASSERT_THAT(heights, SizeIs(2));
+    EXPECT_GT(heights.back(), 3 * heights.front());
+}
+
 TEST_F(AlertsTest, AnUnderlinedLetterIsNeverMadeOfAName)
 {
     Alert const alert { AlertStyle::warning, "&Question", "", { "&Replace", "Cancel" } };
