@@ -1,7 +1,6 @@
 #!/usr/bin/python3
 """Starts and ends of the program, under good and bad conditions."""
 
-import os
 import shutil
 import signal
 import subprocess
@@ -10,10 +9,6 @@ from gi.repository import Gio, GLib
 from marrowick_desktop import ENDING, DesktopCase, Marrowick, fill, run, wait_for
 
 NAME = "org.marrowick.Marrowick"
-
-
-def own_lines(program):
-    return [line for line in program.lines() if "Marrowick: " in line]
 
 
 class LifecycleCase(DesktopCase):
@@ -107,7 +102,7 @@ class Ending(LifecycleCase):
         self.run_with("notes.txt")
         self.items_titles()
         self.program.stop()
-        self.assertEqual(own_lines(self.program), [])
+        self.assertEqual(self.own_lines(), [])
 
 
 def has_owner(connection, name):
@@ -124,8 +119,8 @@ class PoorSurroundings(LifecycleCase):
         self.start_and_wait({"DBUS_SESSION_BUS_ADDRESS": "unix:path=" + str(self.desktop.place / "nobody")})
         self.click_icon()
         self.wait_for_popup()
-        self.assertEqual(len(own_lines(self.program)), 1, self.program.log())
-        self.assertIn("session bus", own_lines(self.program)[0])
+        self.assertEqual(len(self.own_lines()), 1, self.program.log())
+        self.assertIn("session bus", self.own_lines()[0])
 
     def test_WithoutAnIconThemeTheMenuWorksAndTheLogSaysSoOnce(self):
         self.switch_generated_off()
@@ -135,8 +130,8 @@ class PoorSurroundings(LifecycleCase):
         self.start_and_wait({"XDG_DATA_DIRS": str(bare)})
         self.assertEqual(self.items_titles(), ["Folder", "notes.txt"])
         self.assertEqual(self.items_titles(), ["Folder", "notes.txt"])
-        self.assertEqual(len(own_lines(self.program)), 1, self.program.log())
-        self.assertIn("icon", own_lines(self.program)[0])
+        self.assertEqual(len(self.own_lines()), 1, self.program.log())
+        self.assertIn("icon", self.own_lines()[0])
 
     def test_WithoutHomeItWorksSilently(self):
         self.switch_generated_off()
@@ -144,7 +139,7 @@ class PoorSurroundings(LifecycleCase):
         fill(self.items, "notes.txt")
         self.start_and_wait({"HOME": None})
         self.assertEqual(self.items_titles(), ["notes.txt"])
-        self.assertEqual(own_lines(self.program), [])
+        self.assertEqual(self.own_lines(), [])
 
     def test_WithAReadOnlyHomeItWorksSilently(self):
         self.switch_generated_off()
@@ -152,19 +147,12 @@ class PoorSurroundings(LifecycleCase):
         sealed.mkdir()
         sealed.chmod(0o555)
         self.addCleanup(sealed.chmod, 0o755)
-        self.start_and_wait_bound_by_permissions({"HOME": str(sealed), "XDG_DATA_HOME": None, "XDG_CACHE_HOME": None,
-                                                  "XDG_STATE_HOME": None})
-        self.assertEqual(self.items_titles(), ["(Empty — drag items into this folder)"])
-        self.assertEqual(own_lines(self.program), [])
-        self.assertEqual(list(sealed.iterdir()), [])
-
-    def start_and_wait_bound_by_permissions(self, environment):
-        """As `start_and_wait`; the superuser loses the right to write where permissions forbid it."""
-        prefix = []
-        if os.geteuid() == 0:
-            prefix = ["setpriv", "--inh-caps=-all", "--bounding-set=-dac_override,-dac_read_search"]
-        self.start(environment, prefix)
+        self.start_bound_by_permissions({"HOME": str(sealed), "XDG_DATA_HOME": None, "XDG_CACHE_HOME": None,
+                                         "XDG_STATE_HOME": None})
         self.host.icon(self.program.pid)
+        self.assertEqual(self.items_titles(), ["(Empty — drag items into this folder)"])
+        self.assertEqual(self.own_lines(), [])
+        self.assertEqual(list(sealed.iterdir()), [])
 
 
 class NoStatusArea(LifecycleCase):
@@ -174,11 +162,11 @@ class NoStatusArea(LifecycleCase):
         fill(self.items, "notes.txt")
         self.switch_generated_off()
         self.start()
-        wait_for(lambda: own_lines(self.program), "a line in the log")
+        wait_for(lambda: self.own_lines(), "a line in the log")
         self.assertEqual(subprocess.run([Marrowick.path()], timeout=30).returncode, 0)
         self.assertEqual(self.menus.wait_for_depth(1).titles(), ["notes.txt"] + ENDING)
-        self.assertEqual(len(own_lines(self.program)), 1, self.program.log())
-        self.assertIn("status area", own_lines(self.program)[0])
+        self.assertEqual(len(self.own_lines()), 1, self.program.log())
+        self.assertIn("status area", self.own_lines()[0])
 
 
 class NoWindowManager(LifecycleCase):

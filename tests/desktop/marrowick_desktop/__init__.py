@@ -4,8 +4,9 @@ import gi
 
 gi.require_version("Gio", "2.0")
 
-from .cases import ENDING, GENERATED, DesktopCase, FinderCase, run  # noqa: E402,F401
+from .cases import ENDING, GENERATED, DesktopCase, ExchangeCase, FinderCase, run  # noqa: E402,F401
 from .desktop import Window, empty, fill  # noqa: E402,F401
+from .exchange import node, written  # noqa: E402,F401
 from .file_manager import FileManager, Shown  # noqa: E402,F401
 from .folders import FolderReads  # noqa: E402,F401
 from .hosts import LxqtPanel, Trayer, XfcePanel, watcher_property  # noqa: E402,F401

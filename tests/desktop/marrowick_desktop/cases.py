@@ -6,11 +6,13 @@ import unittest
 
 from .desktop import Desktop, empty, fill
 from .dialogs import Dialogs
+from .exchange import Exchange
 from .file_manager import FileManager, Shown
 from .hosts import Trayer
 from .menus import Menus
 from .processes import Marrowick
 from .screen import centre
+from .waiting import wait_for
 
 # The entries that every items menu ends with when no generated submenu is switched on.
 ENDING = ["---", "Preferences…", "Quit Marrowick"]
@@ -65,6 +67,13 @@ class DesktopCase(unittest.TestCase):
         self.dialogs = Dialogs(self.desktop.bus, self.program.pid)
         return self.program
 
+    def start_bound_by_permissions(self, environment=None):
+        """As `start`; the superuser loses the right to write where permissions forbid it."""
+        prefix = []
+        if os.geteuid() == 0:
+            prefix = ["setpriv", "--inh-caps=-all", "--bounding-set=-dac_override,-dac_read_search"]
+        return self.start(environment, prefix)
+
     def run_with(self, *names, generated=False):
         """Starts the program with these entries in the items folder, and waits for its icon."""
         fill(self.items, *names)
@@ -87,6 +96,10 @@ class DesktopCase(unittest.TestCase):
         with self.screen.held(modifiers):
             self.click_icon(button)
             return self.menus.wait_for_depth(1)
+
+    def own_lines(self):
+        """What the program itself has written to the log."""
+        return [line for line in self.program.lines() if "Marrowick: " in line]
 
     def items_titles(self):
         """Opens the items menu, closes it again, and returns its titles without the fixed ending."""
@@ -124,8 +137,30 @@ class FinderCase(DesktopCase):
         menu = self.menus.open_submenu(*titles[:-1]) if titles[1:] else self.menus.wait_for_depth(1)
         self.menus.click(menu, titles[-1])
 
-    def own_lines(self):
-        return [line for line in self.program.lines() if "Marrowick: " in line]
+
+class ExchangeCase(DesktopCase):
+    """An items folder, a folder beside it to work on, and nothing that was exchanged before."""
+
+    def setUp(self):
+        super().setUp()
+        self.exchange = Exchange()
+        empty(self.exchange.folder)
+        self.work = self.desktop.place / "work"
+        empty(self.work)
+        self.work.mkdir()
+
+    def publish(self, *names):
+        """Starts the program with these items and waits until they are published."""
+        self.items.mkdir(parents=True, exist_ok=True)
+        self.run_with(*names)
+        wait_for(self.exchange.published, "a snapshot")
+
+    def names(self, folder):
+        return sorted(os.listdir(folder))
+
+    def wait_for_names(self, folder, *names):
+        wait_for(lambda: self.names(folder) == sorted(names),
+                 lambda: f"{sorted(names)} in {folder}, there is {self.names(folder)}")
 
 
 class PicturingResult(unittest.TextTestResult):
