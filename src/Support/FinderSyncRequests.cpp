@@ -91,6 +91,9 @@ void FinderSyncBridge::takeRequest(FileURL const& file)
     if (std::any_of(consumed_.begin(), consumed_.end(), isThisFile))
         return;
     auto const content = platform().fileContents->readUnlessLink(file, largestFile);
+    // What has taken the file's place since the folder was listed.
+    if (!content && content.error().kind == ErrorKind::notRegularFile)
+        return;
     // A file that is gone leaves its number to one that comes after it.
     auto const removal = platform().fileManager->removeFile(file);
     if (!removal && removal.error().kind != ErrorKind::notFound && identity)
