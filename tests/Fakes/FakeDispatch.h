@@ -101,6 +101,9 @@ public:
     /// Folders for which no watch can be had.
     std::set<FileURL> unwatchable;
 
+    /// All that were ever begun.
+    int watchesMade() const { return nextWatch_; }
+
     std::size_t timerCount() const { return timers_->size(); }
 
 private:

@@ -4,29 +4,11 @@
 
 namespace marrowick {
 
-namespace {
-
-class NoFileContents final : public FileContents {
-public:
-    Result<std::string> read(FileURL const& url, std::size_t) const override { return unexpected(url); }
-    Result<std::string> readUnlessLink(FileURL const& url, std::size_t) const override { return unexpected(url); }
-    Result<void> replace(FileURL const& url, std::string_view) const override { return unexpected(url); }
-
-private:
-    static Error unexpected(FileURL const& url)
-    {
-        ADD_FAILURE() << "a file whose content the test did not expect to be asked for: " << url.path();
-        return { ErrorKind::other, "no disk" };
-    }
-};
-
-}
-
 struct TestPlatform::Services {
     Services(std::unique_ptr<FileManager> manager, std::unique_ptr<FileContents> contents,
         std::unique_ptr<FileTransfer> transfer)
         : fileManager(std::make_unique<FakeFileManager>(std::move(manager)))
-        , fileContents(std::move(contents))
+        , fileContents(std::make_unique<FakeFileContents>(std::move(contents)))
         , fileTransfer(std::make_unique<FakeFileTransfer>(*calls, std::move(transfer)))
     {
     }
@@ -38,7 +20,7 @@ struct TestPlatform::Services {
     std::unique_ptr<FakeDispatch> dispatch = std::make_unique<FakeDispatch>();
     std::unique_ptr<FakeApplication> application = std::make_unique<FakeApplication>(*events, *dispatch);
     std::unique_ptr<FakeFileManager> fileManager;
-    std::unique_ptr<FileContents> fileContents;
+    std::unique_ptr<FakeFileContents> fileContents;
     std::unique_ptr<FakeFileTransfer> fileTransfer;
     std::unique_ptr<FakeDefaultsStore> defaults = std::make_unique<FakeDefaultsStore>();
     std::unique_ptr<FakeTasks> tasks = std::make_unique<FakeTasks>(*calls);
@@ -72,7 +54,7 @@ struct TestPlatform::Services {
 };
 
 TestPlatform::TestPlatform()
-    : TestPlatform(Services(nullptr, std::make_unique<NoFileContents>(), nullptr))
+    : TestPlatform(Services(nullptr, nullptr, nullptr))
 {
 }
 
@@ -91,6 +73,7 @@ TestPlatform::TestPlatform(Services services)
     , application(*services.application)
     , dispatch(*services.dispatch)
     , fileManager(*services.fileManager)
+    , fileContents(*services.fileContents)
     , fileTransfer(*services.fileTransfer)
     , defaults(*services.defaults)
     , tasks(*services.tasks)

@@ -8,6 +8,7 @@
 #include "Fakes/FakeDefaultsStore.h"
 #include "Fakes/FakeDispatch.h"
 #include "Fakes/FakeEvents.h"
+#include "Fakes/FakeFileContents.h"
 #include "Fakes/FakeFileManager.h"
 #include "Fakes/FakeFileTransfer.h"
 #include "Fakes/FakeFinder.h"
@@ -45,6 +46,7 @@ public:
     FakeApplication& application;
     FakeDispatch& dispatch;
     FakeFileManager& fileManager;
+    FakeFileContents& fileContents;
     FakeFileTransfer& fileTransfer;
     FakeDefaultsStore& defaults;
     FakeTasks& tasks;
