@@ -42,15 +42,18 @@ protected:
     /// What is found below the test's own folder.
     std::vector<SnapshotNode> found() const { return roots({ { "root", folder.url() } }).front().children; }
 
-    /// `count` folders named by their numbers, from 1 on.
-    void folders(std::string const& in, int count) const
+    /// A listing of `count` folders named by their numbers, from 1 on.
+    void folders(std::string const& in, int count)
     {
+        Names names;
         for (int number = 1; number <= count; ++number)
-            folder.folder(in + "/" + std::to_string(number));
+            names.push_back(std::to_string(number));
+        list(folder / in, names);
     }
     /// `count` folders that each hold `each` folders.
-    TopLevelFolder tree(std::string const& name, int count, int each) const
+    TopLevelFolder tree(std::string const& name, int count, int each)
     {
+        folders(name, count);
         for (int number = 1; number <= count; ++number)
             folders(name + "/" + std::to_string(number), each);
         return { name, folder / name };
@@ -166,6 +169,7 @@ TEST_F(SnapshotWalkTest, OfTwoHundredFoldersTheFirst150InOrderAreListed)
 
 TEST_F(SnapshotWalkTest, TheLimitOfOneFolderHoldsBelowARootToo)
 {
+    folder.folder("A/b");
     folders("A/b", 151);
     EXPECT_EQ(roots({ { "A", folder / "A" } }).front().children.front().children.size(), 150u);
 }
@@ -255,8 +259,10 @@ TEST_F(SnapshotWalkTest, AFolderWhoseNameIsNotUTF8CostsNothing)
     int budget = 1;
     EXPECT_EQ(namesOf(walk().subfolders(folder / "A", 1, budget)), (Names { "b" }));
 
+    Names unnamable;
     for (int number = 1; number <= 150; ++number)
-        folder.folder("B/\xff" + std::to_string(number));
+        unnamable.push_back("\xff" + std::to_string(number));
+    list(folder / "B", unnamable);
     folders("B", 150);
     EXPECT_EQ(roots({ { "B", folder / "B" } }).front().children.size(), 150u);
 }

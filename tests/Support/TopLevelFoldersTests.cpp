@@ -45,13 +45,11 @@ TEST_F(TopLevelFoldersTest, FilesAndTemplatesAndDividersAndGeneratedSubmenusAreN
     folder.folder("menu/Mail.app");
     folder.folder("menu/templates---C/inner");
     folder.folder("menu/templates---C---i/inner");
-    folder.folder("menu/line---");
-    folder.file("menu/Apps---a");
-    folder.file("menu/Processes---p");
-    folder.file("menu/Recent---r");
-    folder.file("menu/Panes---s");
-    folder.file("menu/broken");
-    folder.remove("menu/broken");
+    folder.folder("menu/line----");
+    folder.folder("menu/Apps---a");
+    folder.folder("menu/Processes---p");
+    folder.folder("menu/Recent---R");
+    folder.folder("menu/Panes---n");
     folder.link("menu/dangling", "nowhere");
     folder.folder("menu/.hidden folder");
     EXPECT_TRUE(found().empty());
@@ -161,8 +159,8 @@ TEST_F(TopLevelFoldersTest, WithoutADesktopFolderItsEntryIsSkipped)
 TEST_F(TopLevelFoldersTest, EntriesAreThoseOfTheGivenSituation)
 {
     folder.folder("menu/with---f");
-    folder.folder("menu/without---F");
-    EXPECT_EQ(found(), (Folders { { "without", folder / "menu/without---F" } }));
+    folder.folder("menu/without---N");
+    EXPECT_EQ(found(), (Folders { { "without", folder / "menu/without---N" } }));
     MenuContext context;
     context.finderSelection = { FileURL("/a") };
     EXPECT_EQ(FinderSyncBridge::topLevelFolders(menu, context), (Folders { { "with", folder / "menu/with---f" } }));
@@ -171,8 +169,8 @@ TEST_F(TopLevelFoldersTest, EntriesAreThoseOfTheGivenSituation)
 TEST_F(TopLevelFoldersTest, TheSituationHoldsInsideInlineFoldersToo)
 {
     folder.folder("menu/b---i/with---f");
-    folder.folder("menu/b---i/without---F");
-    EXPECT_EQ(found(), (Folders { { "without", folder / "menu/b---i/without---F" } }));
+    folder.folder("menu/b---i/without---N");
+    EXPECT_EQ(found(), (Folders { { "without", folder / "menu/b---i/without---N" } }));
 }
 
 }
