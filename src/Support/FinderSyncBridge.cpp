@@ -24,6 +24,17 @@ FileURL supportFolder()
     return folders.front().appendingPathComponent("Marrowick", true);
 }
 
+/// The folder itself or, of an alias, the one that it leads to.
+FileURL destination(FileURL const& url)
+{
+    auto const& fileManager = *platform().fileManager;
+    // What is no alias keeps its location, even where a link stands above it.
+    if (fileManager.resourceValues(url, ResourceKey::isAliasFile).isAliasFile == false)
+        return url;
+    auto const resolved = fileManager.resolvingAlias(url);
+    return resolved ? resolved.value() : url;
+}
+
 /// Appends the folders of a list of nodes, and those of inline folders in their place.
 class FolderCollection {
 public:
@@ -54,12 +65,10 @@ private:
             break;
         }
         case MenuNodeKind::Case::folder:
-            if (node.codes.contains(SuffixCodes::inlineFolder)) {
+            if (node.codes.contains(SuffixCodes::inlineFolder))
                 appendContents(*node.kind.url());
-            } else {
-                auto const resolved = platform().fileManager->resolvingAlias(*node.kind.url());
-                folders_.push_back({ node.displayName, resolved ? resolved.value() : *node.kind.url() });
-            }
+            else
+                folders_.push_back({ node.displayName, destination(*node.kind.url()) });
             break;
         case MenuNodeKind::Case::file:
         case MenuNodeKind::Case::copyTemplateFolder:

@@ -109,7 +109,7 @@ TEST_F(TopLevelFoldersTest, AFolderThatIsInlinedTwiceBesideItselfStandsTwice)
     elsewhere.folder("A");
     folder.link("menu/one---i", elsewhere.url().path());
     folder.link("menu/two---i", elsewhere.url().path());
-    EXPECT_EQ(found(), (Folders { { "A", elsewhere / "A" }, { "A", elsewhere / "A" } }));
+    EXPECT_EQ(found(), (Folders { { "A", folder / "menu/one---i/A" }, { "A", folder / "menu/two---i/A" } }));
 }
 
 TEST_F(TopLevelFoldersTest, AnAliasStandsForTheFolderThatItLeadsTo)
@@ -119,6 +119,13 @@ TEST_F(TopLevelFoldersTest, AnAliasStandsForTheFolderThatItLeadsTo)
     folder.link("menu/alias", target.path());
     folder.link("menu/chain", (folder / "menu/alias").path());
     EXPECT_EQ(found(), (Folders { { "alias", target }, { "chain", target } }));
+}
+
+TEST_F(TopLevelFoldersTest, AFolderBelowALinkKeepsItsOwnLocation)
+{
+    folder.folder("menu/A");
+    auto const link = folder.link("link", menu.path());
+    EXPECT_EQ(FinderSyncBridge::topLevelFolders(link, MenuContext {}), (Folders { { "A", folder / "link/A" } }));
 }
 
 TEST_F(TopLevelFoldersTest, WhatCannotBeResolvedKeepsItsOwnLocation)
