@@ -70,6 +70,33 @@ TEST_F(AppDelegateTest, LaunchBeginsToFollowTheFrontmostApplication)
     EXPECT_EQ(AppEnvironment::shared().lastFrontmostOtherApp(), editor);
 }
 
+TEST_F(AppDelegateTest, LaunchBeginsTheExchangeWithTheFileManager)
+{
+    launch();
+    auto const support = folder / "support/Marrowick";
+    EXPECT_EQ(desktop.dispatch.watched(), (std::vector { support.appendingPathComponent("Requests"), items }));
+    desktop.dispatch.runBackground();
+    EXPECT_EQ(folder.names("support/Marrowick"), (Shown { "Requests", "menu-snapshot.json" }));
+}
+
+TEST_F(AppDelegateTest, RequestsLeftOverAreTakenBeforeTheItemIsShown)
+{
+    auto const path = folder.folder("Dest").path();
+    folder.folder("support/Marrowick/Requests");
+    folder.file("support/Marrowick/menu-snapshot.json",
+        R"({"generated":"2026-11-16T00:44:41Z","roots":[{"name":"","path":")" + path + R"(","children":[]}]})");
+    folder.file("support/Marrowick/Requests/a.json", R"({"op":"ask","dest":")" + path + R"(","sources":[]})");
+    desktop.alerts.answers = { 3 };
+    desktop.alerts.whileUp = [&] {
+        EXPECT_TRUE(std::filesystem::is_directory(items.path()));
+        EXPECT_EQ(desktop.workspace.observerCount(), 1u);
+        EXPECT_FALSE(desktop.statusBar.item->isShown);
+    };
+    launch();
+    EXPECT_EQ(desktop.alerts.asked.size(), 1u);
+    EXPECT_TRUE(desktop.statusBar.item->isShown);
+}
+
 TEST_F(AppDelegateTest, LaunchShowsASquareItemWithItsSymbolAndName)
 {
     launch();

@@ -35,6 +35,7 @@ TEST(RequestRulesTest, TheQuestionHasFourButtonsAndTheStyleThatAlertsHave)
 {
     auto const alert = RequestRules::question({ "ask", "/x/Dest", { "/a.txt" } }, dest);
     EXPECT_EQ(alert.style, Alert {}.style);
+    EXPECT_EQ(alert.lineFeed, LineFeed::ofName);
     EXPECT_EQ(alert.messageText, "What would you like to do?");
     EXPECT_EQ(alert.buttons, (std::vector<std::string> { "Move Here", "Copy Here", "Alias Here", "Cancel" }));
 }
@@ -136,6 +137,7 @@ TEST(RequestRulesTest, TheReportIsAWarningOfAllLinesWithoutButtonsOfItsOwn)
     EXPECT_EQ(alert.messageText, "Marrowick couldn't move everything");
     EXPECT_EQ(alert.informativeText, "one\ntwo\ntwo");
     EXPECT_TRUE(alert.buttons.empty());
+    EXPECT_EQ(alert.lineFeed, LineFeed::endOfLine);
     EXPECT_EQ(RequestRules::report(TransferMode::copy, { "one" }).messageText, "Marrowick couldn't copy everything");
     EXPECT_EQ(RequestRules::report(TransferMode::alias, { "one" }).messageText, "Marrowick couldn't alias everything");
     EXPECT_EQ(RequestRules::report(TransferMode::alias, { "one" }).informativeText, "one");
