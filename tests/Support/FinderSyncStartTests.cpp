@@ -121,6 +121,49 @@ TEST_F(FinderSyncStartTest, RequestsLeftOverAreJudgedByTheSnapshotOnTheDisk)
     EXPECT_EQ(publishedNames(), Names {});
 }
 
+TEST_F(FinderSyncStartTest, BeforeTheFirstSnapshotRequestsLeftOverAreDropped)
+{
+    auto const item = folder.file("a");
+    auto const destination = folder.folder(std::string(items) + "/Dest");
+    drop("move", destination, { item });
+    bridge().start();
+    EXPECT_TRUE(waiting().empty());
+    EXPECT_TRUE(desktop.log.lines().empty());
+    desktop.dispatch.runBackground();
+    EXPECT_EQ(publishedNames(), (Names { "Dest" }));
+    EXPECT_TRUE(folder.names(std::string(items) + "/Dest").empty());
+    // The same request is carried out from then on.
+    drop("move", destination, { item });
+    desktop.dispatch.touch(requestsURL);
+    EXPECT_EQ(folder.names(std::string(items) + "/Dest"), (Names { "a" }));
+}
+
+TEST_F(FinderSyncStartTest, WhatComesDuringAnAlertIsHandledAfterIt)
+{
+    start();
+    auto const destination = folder.folder("Dest");
+    publish({ destination });
+    drop("ask", destination, {});
+    desktop.alerts.answers = { 3 };
+    desktop.alerts.whileUp = [&] {
+        auto const listed = desktop.fileManager.listed.size();
+        folder.remove(requests);
+        folder.folder(requests);
+        drop("request.json", "{}");
+        desktop.dispatch.touch(requestsURL);
+        desktop.dispatch.touch(itemsURL);
+        tick();
+        desktop.dispatch.runMain();
+        EXPECT_EQ(desktop.fileManager.listed.size(), listed);
+        EXPECT_EQ(waiting(), (Names { "request.json" }));
+    };
+    desktop.dispatch.touch(requestsURL);
+    EXPECT_FALSE(isRefreshed());
+    desktop.dispatch.runMain();
+    EXPECT_TRUE(waiting().empty());
+    EXPECT_TRUE(isRefreshed());
+}
+
 TEST_F(FinderSyncStartTest, RequestsThatArriveBeforeTheWatchAreTakenAtTheStart)
 {
     auto const destination = folder.folder("Dest");
