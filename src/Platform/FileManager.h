@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -110,6 +111,10 @@ public:
     /// a link at `directory` itself. An error may come after some of the names.
     virtual Result<void> visitNames(
         FileURL const& directory, std::function<void(std::string_view)> const& visit) const = 0;
+
+    /// The names of the visible directories directly in `directory` that are no packages, in the file system's order, as
+    /// `contentsOfDirectory` tells them; for whoever looks at nothing else, and makes nothing of all other entries.
+    virtual Result<std::vector<std::string>> namesOfFolders(FileURL const& directory) const;
 
     virtual ResourceValues resourceValues(FileURL const& url, ResourceKeys keys) const = 0;
 

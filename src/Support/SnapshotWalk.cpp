@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <string_view>
 #include <utility>
 
 namespace marrowick {
@@ -24,47 +23,50 @@ std::vector<SnapshotNode> SnapshotWalk::subfolders(FileURL const& of, int depth,
 {
     if (depth > deepest || budget < 1)
         return {};
+    auto names = shownNames(of);
+    auto const prefix = of.path().ends_with('/') ? of.path() : of.path() + '/';
     std::vector<SnapshotNode> nodes;
-    for (auto const& folder : shownFolders(of)) {
+    nodes.reserve(std::min(names.size(), static_cast<std::size_t>(budget)));
+    for (auto& name : names) {
         if (budget <= 0)
             break;
         --budget;
         auto& node = nodes.emplace_back();
-        node.name = folder.lastPathComponent();
-        node.path = folder.path();
-        node.children = subfolders(folder, depth + 1, budget);
+        node.path.reserve(prefix.size() + name.size());
+        node.path.append(prefix).append(name);
+        node.name = std::move(name);
+        // Most nodes are of the last level, which needs no locations.
+        if (depth < deepest)
+            node.children = subfolders(FileURL(node.path), depth + 1, budget);
     }
     return nodes;
 }
 
-std::vector<FileURL> SnapshotWalk::shownFolders(FileURL const& of) const
+std::vector<std::string> SnapshotWalk::shownNames(FileURL const& of) const
 {
-    auto listing
-        = fileManager_.contentsOfDirectory(of, ResourceKey::isDirectory | ResourceKey::isPackage, HiddenItems::skipped);
+    auto listing = fileManager_.namesOfFolders(of);
     if (!listing)
         return {};
-    std::vector<FileURL> folders;
-    std::vector<std::string_view> names;
-    for (auto& item : listing.value()) {
-        if (item.values.isDirectory.value_or(false) && !item.values.isPackage.value_or(false)
-            && isValidUTF8(item.url.lastPathComponent()))
-            folders.push_back(std::move(item.url));
-    }
-    for (auto const& folder : folders)
-        names.push_back(folder.lastPathComponent());
+    auto names = std::move(listing).value();
+    std::erase_if(names, [](std::string const& name) { return !isValidUTF8(name); });
 
-    auto const prepared = collation_.prepare(names);
-    std::vector<std::size_t> order(folders.size());
+    auto const prepared = collation_.prepare({ names.begin(), names.end() });
+    std::vector<std::size_t> order(names.size());
     std::iota(order.begin(), order.end(), std::size_t { 0 });
-    auto const last = order.begin() + static_cast<std::ptrdiff_t>(std::min(order.size(), mostChildren));
     // Equal names keep the listing's order.
-    std::partial_sort(order.begin(), last, order.end(), [&](std::size_t a, std::size_t b) {
+    auto const isBefore = [&](std::size_t a, std::size_t b) {
         auto const comparison = prepared->compare(a, b);
         return comparison != 0 ? comparison < 0 : a < b;
-    });
-    std::vector<FileURL> sorted;
-    for (auto position = order.begin(); position != last; ++position)
-        sorted.push_back(std::move(folders[*position]));
+    };
+    if (order.size() > mostChildren) {
+        std::nth_element(order.begin(), order.begin() + mostChildren, order.end(), isBefore);
+        order.resize(mostChildren);
+    }
+    std::sort(order.begin(), order.end(), isBefore);
+    std::vector<std::string> sorted;
+    sorted.reserve(order.size());
+    for (auto const position : order)
+        sorted.push_back(std::move(names[position]));
     return sorted;
 }
 

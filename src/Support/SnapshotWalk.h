@@ -42,7 +42,8 @@ public:
     std::vector<SnapshotNode> subfolders(FileURL const& of, int depth, int& budget) const;
 
 private:
-    std::vector<FileURL> shownFolders(FileURL const& of) const;
+    /// The names of those of `of` that are shown, in their order.
+    std::vector<std::string> shownNames(FileURL const& of) const;
 
     FileManager const& fileManager_;
     Collation const& collation_;

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <dirent.h>
-#include <memory>
 
 namespace marrowick {
 
@@ -18,12 +17,12 @@ inline bool isDotOrDotDot(char const* name)
 template<typename Visit>
 int visitEntries(int directory, Visit visit)
 {
-    // Large enough that a folder of usual size is read in one call, small enough for the heap's own pages.
-    constexpr std::size_t bufferSize = 96 * 1024;
-    std::unique_ptr<char[]> const buffer(new char[bufferSize]);
-    char const* const begin = buffer.get();
+    // Large enough that a folder of usual size is read in one call, small enough for the stack of any thread.
+    constexpr std::size_t bufferSize = 64 * 1024;
+    alignas(dirent64) char buffer[bufferSize];
+    char const* const begin = buffer;
     for (;;) {
-        auto const count = ::getdents64(directory, buffer.get(), bufferSize);
+        auto const count = ::getdents64(directory, buffer, bufferSize);
         if (count < 0 && errno != EINTR)
             return errno;
         if (count == 0)

@@ -75,8 +75,11 @@ public:
 
     std::vector<ListedItem> takeItems()
     {
-        if (hasHiddenNamesFile_)
-            removeHiddenNames(directory_, items_);
+        if (hasHiddenNamesFile_) {
+            HiddenNames const hidden(directory_);
+            std::erase_if(
+                items_, [&](ListedItem const& item) { return hidden.contains(item.url.lastPathComponent()); });
+        }
         return std::move(items_);
     }
 
@@ -124,6 +127,52 @@ private:
     std::vector<ItemKind> kinds_;
 };
 
+/// Keeps of a directory nothing but the names of its visible folders.
+class FolderNamesReader {
+public:
+    explicit FolderNamesReader(int directory)
+        : directory_(directory)
+    {
+        // As many as most folders have.
+        names_.reserve(16);
+    }
+
+    /// Zero, or the number of the error that ended the reading.
+    int read()
+    {
+        return visitEntries(directory_, [this](dirent64 const& entry) {
+            if (entry.d_name[0] == '.')
+                hasHiddenNamesFile_ = hasHiddenNamesFile_ || std::strcmp(entry.d_name, hiddenNamesFile) == 0;
+            else if (isFolder(entry) && !isPackageName(entry.d_name))
+                names_.emplace_back(entry.d_name);
+        });
+    }
+
+    std::vector<std::string> takeNames()
+    {
+        if (hasHiddenNamesFile_) {
+            HiddenNames const hidden(directory_);
+            std::erase_if(names_, [&](std::string const& name) { return hidden.contains(name); });
+        }
+        return std::move(names_);
+    }
+
+private:
+    bool isFolder(dirent64 const& entry) const
+    {
+        auto const kind = itemKindOfEntry(entry.d_type);
+        if (kind != ItemKind::unknown)
+            return kind == ItemKind::directory;
+        std::string const name(entry.d_name);
+        return readResourceValues({ directory_, name.c_str(), name }, kind, ResourceKey::isDirectory)
+            .isDirectory.value_or(false);
+    }
+
+    int directory_;
+    bool hasHiddenNamesFile_ = false;
+    std::vector<std::string> names_;
+};
+
 /// Not open, with the reason in `errno`, when it cannot be.
 FileDescriptor openForListing(FileURL const& directory)
 {
@@ -148,6 +197,17 @@ Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, Resource
         return fileError(number, what, directory);
     reader.readValues();
     return reader.takeItems();
+}
+
+Result<std::vector<std::string>> namesOfFoldersInDirectory(FileURL const& directory)
+{
+    FileDescriptor const open(openForListing(directory));
+    if (!open.isOpen())
+        return fileError(errno, what, directory);
+    FolderNamesReader reader(open.get());
+    if (int const number = reader.read())
+        return fileError(number, what, directory);
+    return reader.takeNames();
 }
 
 Result<void> visitNamesInDirectory(FileURL const& directory, std::function<void(std::string_view)> const& visit)

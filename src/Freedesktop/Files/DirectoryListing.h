@@ -3,13 +3,18 @@
 #include "Platform/FileManager.h"
 
 #include <functional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace marrowick {
 
 /// `FileManager::contentsOfDirectory` on the system's own directory entries, which keep the names' bytes and tell most
 /// items' kind without a further question.
 Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, ResourceKeys keys, HiddenItems hidden);
+
+/// `FileManager::namesOfFolders`.
+Result<std::vector<std::string>> namesOfFoldersInDirectory(FileURL const& directory);
 
 /// `FileManager::visitNames`.
 Result<void> visitNamesInDirectory(FileURL const& directory, std::function<void(std::string_view)> const& visit);

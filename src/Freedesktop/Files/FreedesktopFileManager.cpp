@@ -54,6 +54,11 @@ Result<void> FreedesktopFileManager::visitNames(
     return visitNamesInDirectory(directory, visit);
 }
 
+Result<std::vector<std::string>> FreedesktopFileManager::namesOfFolders(FileURL const& directory) const
+{
+    return namesOfFoldersInDirectory(directory);
+}
+
 ResourceValues FreedesktopFileManager::resourceValues(FileURL const& url, ResourceKeys keys) const
 {
     if (!isSystemPath(url))

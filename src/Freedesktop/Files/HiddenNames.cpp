@@ -2,9 +2,9 @@
 
 #include "Freedesktop/Files/RegularFile.h"
 
-#include <string>
-#include <string_view>
-#include <unordered_set>
+#include <algorithm>
+#include <utility>
+#include <variant>
 
 namespace marrowick {
 
@@ -26,14 +26,14 @@ std::unordered_set<std::string_view> linesOf(std::string_view text)
 
 }
 
-void removeHiddenNames(int directory, std::vector<ListedItem>& items)
+HiddenNames::HiddenNames(int directory)
 {
-    auto const content = readRegularFile(directory, hiddenNamesFile, largestNamesFile);
-    auto const* text = std::get_if<std::string>(&content);
+    auto content = readRegularFile(directory, hiddenNamesFile, largestNamesFile);
+    auto* const text = std::get_if<std::string>(&content);
     if (!text)
         return;
-    auto const names = linesOf(*text);
-    std::erase_if(items, [&](ListedItem const& item) { return names.contains(item.url.lastPathComponent()); });
+    text_ = std::move(*text);
+    names_ = linesOf(text_);
 }
 
 }

@@ -24,13 +24,11 @@ ItemKind itemKindOfMode(unsigned mode)
     return S_ISLNK(mode) ? ItemKind::link : ItemKind::other;
 }
 
-/// By the last component of `path`.
-bool isPackageName(std::string_view path)
+/// An item that is asked for by itself has its whole path in the place of its name.
+std::string_view nameOf(ItemPlace const& place)
 {
-    static constexpr std::array<std::string_view, 6> extensions { "app", "prefPane", "bundle", "framework", "plugin",
-        "rtfd" };
-    auto const extension = pathExtensionOf(path.substr(path.rfind('/') + 1));
-    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
+    std::string_view const path(place.name);
+    return path.substr(path.rfind('/') + 1);
 }
 
 std::optional<bool> leadsToDirectory(ItemPlace const& place)
@@ -43,6 +41,14 @@ std::optional<bool> leadsToDirectory(ItemPlace const& place)
     return std::nullopt;
 }
 
+}
+
+bool isPackageName(std::string_view name)
+{
+    static constexpr std::array<std::string_view, 6> extensions { "app", "prefPane", "bundle", "framework", "plugin",
+        "rtfd" };
+    auto const extension = pathExtensionOf(name);
+    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
 }
 
 ItemKind itemKindOfEntry(unsigned char entryType)
@@ -82,7 +88,7 @@ ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, Resourc
     if (keys.contains(ResourceKey::isRegularFile))
         values.isRegularFile = kind == ItemKind::regularFile;
     if (keys.contains(ResourceKey::isPackage))
-        values.isPackage = kind == ItemKind::directory && isPackageName(place.name);
+        values.isPackage = kind == ItemKind::directory && isPackageName(nameOf(place));
     if (keys.contains(ResourceKey::isAliasFile))
         values.isAliasFile = kind == ItemKind::link;
     if (kind == ItemKind::link

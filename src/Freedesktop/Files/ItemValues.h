@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace marrowick {
 
@@ -18,6 +19,9 @@ enum class ItemKind : std::uint8_t {
 
 /// The kind that a directory entry of type `DT_...` tells.
 ItemKind itemKindOfEntry(unsigned char entryType);
+
+/// Whether a directory of this name is one that people take for one document or program.
+bool isPackageName(std::string_view name);
 
 /// Where an item is: `name` as seen from `directory` (or AT_FDCWD), and its whole path.
 struct ItemPlace {

@@ -1,0 +1,92 @@
+#include "Freedesktop/Files/FreedesktopFileManager.h"
+
+#include "Fakes/TemporaryFolder.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+namespace marrowick {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class FolderNamesTest : public testing::Test {
+protected:
+    /// In the file system's order. What the interface makes of a whole listing is the same.
+    Names names(FileURL const& directory) const
+    {
+        auto const names = fileManager.namesOfFolders(directory);
+        auto const fromListing = fileManager.FileManager::namesOfFolders(directory);
+        EXPECT_TRUE(names && fromListing);
+        EXPECT_EQ(names.value(), fromListing.value());
+        return names.value();
+    }
+    Names sortedNames() const
+    {
+        auto sorted = names(folder.url());
+        std::sort(sorted.begin(), sorted.end());
+        return sorted;
+    }
+
+    TemporaryFolder folder;
+    FreedesktopFileManager fileManager;
+};
+
+TEST_F(FolderNamesTest, VisibleFoldersAreNamedByTheirBytesAndNothingElse)
+{
+    EXPECT_EQ(sortedNames(), Names {});
+    folder.folder("two\nlines");
+    folder.folder("broken \xFF");
+    folder.folder("with.dot");
+    folder.folder(std::string(255, 'x'));
+    folder.folder("plain/inside");
+    folder.folder(".hidden folder");
+    folder.file("file");
+    folder.fifo("fifo");
+    folder.link("link", "plain");
+    for (auto const* const package : { "A.app", "A.prefPane", "A.bundle", "A.framework", "A.plugin", "A.rtfd" })
+        folder.folder(package);
+    folder.folder("A.APP");
+    EXPECT_EQ(
+        sortedNames(), (Names { "A.APP", "broken \xFF", "plain", "two\nlines", "with.dot", std::string(255, 'x') }));
+    EXPECT_EQ(names(folder / "link"), Names { "inside" });
+}
+
+TEST_F(FolderNamesTest, FoldersThatTheHiddenFileNamesAreLeftOut)
+{
+    for (auto const* const name : { "a", "b", "c" })
+        folder.folder(name);
+    folder.file(".hidden", "b\n\nnowhere\nc");
+    EXPECT_EQ(sortedNames(), Names { "a" });
+    folder.file(".hidden", "");
+    EXPECT_EQ(sortedNames(), (Names { "a", "b", "c" }));
+}
+
+TEST_F(FolderNamesTest, FolderLargerThanOneReadIsWhole)
+{
+    for (int number = 0; number < 1500; ++number)
+        folder.folder(std::to_string(number) + std::string(static_cast<std::size_t>(number) % 200, '-'));
+    EXPECT_EQ(sortedNames().size(), 1500U);
+}
+
+TEST_F(FolderNamesTest, WhatCannotBeListedSaysWhy)
+{
+    auto const failure = [&](FileURL const& url) {
+        auto const outcome = fileManager.namesOfFolders(url);
+        auto const fromListing = fileManager.FileManager::namesOfFolders(url);
+        EXPECT_FALSE(fromListing);
+        return outcome ? std::nullopt : std::optional(outcome.error().kind);
+    };
+    EXPECT_EQ(failure(folder / "missing"), ErrorKind::notFound);
+    EXPECT_EQ(failure(FileURL()), ErrorKind::notFound);
+    EXPECT_EQ(failure(FileURL(folder.url().path() + std::string("\0x", 2))), ErrorKind::notFound);
+    EXPECT_NE(failure(folder.file("file")), std::nullopt);
+    EXPECT_NE(failure(folder.fifo("fifo")), std::nullopt);
+}
+
+}
+}
