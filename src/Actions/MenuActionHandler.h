@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Actions/ModifierAction.h"
-#include "Support/TransferMode.h"
 #include "Models/MenuContext.h"
 #include "Models/MenuNode.h"
 #include "Platform/FileURL.h"
 #include "Platform/RunningApplication.h"
+#include "Support/TransferMode.h"
 
 #include <optional>
 #include <vector>
