@@ -32,6 +32,9 @@ public:
 
     /// Ends `run`.
     virtual void terminate() = 0;
+
+    /// Whether the program is about to end: nobody answers an alert any longer.
+    virtual bool isTerminating() const = 0;
 };
 
 }

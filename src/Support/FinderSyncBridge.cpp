@@ -169,8 +169,20 @@ void FinderSyncBridge::watchItemsFolder()
 {
     assertMainThread();
     itemsSource_ = {};
+    auto const folder = Preferences::shared().itemsFolderURL();
+    // Every snapshot written would be a change of the folder, and every change a snapshot.
+    auto const& fileManager = *platform().fileManager;
+    auto const items = fileManager.identity(folder);
+    auto const support = fileManager.identity(supportDir_);
+    if (items && support && items->isSameItem(*support))
+        return;
     itemsSource_ = watch(
-        Preferences::shared().itemsFolderURL(), [this] { refreshSnapshot(); }, [this] { itemsSource_ = {}; });
+        folder, [this] { refreshSnapshot(); },
+        [this] {
+            itemsSource_ = {};
+            // The last of what was in it went with it.
+            refreshSnapshot();
+        });
 }
 
 void FinderSyncBridge::refreshTimerFired()

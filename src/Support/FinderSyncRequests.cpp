@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace marrowick {
 
@@ -44,11 +45,20 @@ std::optional<TransferMode> ask(MoveRequest const& request, FileURL const& desti
     return RequestRules::mode(platform().alerts->runModal(question));
 }
 
+/// More lines than anybody reads.
+constexpr std::size_t mostLines = 10'000;
+
 /// Puts every item that is there into `destination`; what is to be told of it, in order.
 std::vector<std::string> transferAll(
     std::vector<std::string> const& sources, FileURL const& destination, TransferMode mode)
 {
     std::vector<std::string> report;
+    auto const add = [&](std::string line) {
+        if (report.size() < mostLines)
+            report.push_back(std::move(line));
+        else
+            report.back() = "…";
+    };
     for (auto const& source : sources) {
         if (!exists(source))
             continue;
@@ -57,11 +67,11 @@ std::vector<std::string> transferAll(
         case ItemVerdict::skip:
             break;
         case ItemVerdict::refuse:
-            report.push_back(RequestRules::refusal(item));
+            add(RequestRules::refusal(item));
             break;
         case ItemVerdict::transfer:
             if (auto const outcome = transfer(item, destination, mode); !outcome)
-                report.push_back(RequestRules::failure(item, outcome.error().message));
+                add(RequestRules::failure(item, outcome.error().message));
             break;
         }
     }
@@ -79,6 +89,9 @@ void FinderSyncBridge::processPendingRequests()
         return;
     forgetConsumed(listing.value());
     for (auto const& entry : listing.value()) {
+        // What nobody can be asked about any longer waits for the next start.
+        if (platform().application->isTerminating())
+            return;
         if (entry.url.pathExtension() == "json" && entry.values.isRegularFile.value_or(false))
             takeRequest(entry.url);
     }

@@ -4,6 +4,9 @@ namespace marrowick {
 
 namespace {
 
+/// A list of more texts than this is none: empty ones take many times the room of what they were read from.
+constexpr std::size_t mostTexts = 1'000'000;
+
 /// Absent unless the object was a whole node.
 std::optional<SnapshotNode> node(Record& record)
 {
@@ -48,7 +51,9 @@ bool RecordReader::takesNode() const
 void RecordReader::takeText(std::string text)
 {
     auto& object = open_.back();
-    if (object.isInList)
+    if (object.isInList && object.record.texts->size() >= mostTexts)
+        dropList(object.record);
+    else if (object.isInList)
         object.record.texts->push_back(std::move(text));
     else if (object.member == Member::first)
         object.record.first = std::move(text);

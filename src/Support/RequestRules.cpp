@@ -25,6 +25,19 @@ std::string quotedName(FileURL const& url)
     return "“" + std::string(url.lastPathComponent()) + "”";
 }
 
+/// The line without line ends of its own, which a name may hold: nothing in a name shall look like a line.
+std::string asOneLine(std::string const& line)
+{
+    std::string result;
+    for (char const byte : line) {
+        if (byte == '\n')
+            result += "␊";
+        else
+            result += byte;
+    }
+    return result;
+}
+
 /// The path without empty and "." components, and with ".." taken back, whatever stands on the disk.
 std::string standardized(FileURL const& url)
 {
@@ -103,7 +116,7 @@ Alert RequestRules::report(TransferMode mode, std::vector<std::string> const& li
     for (auto const& line : lines) {
         if (&line != &lines.front())
             alert.informativeText += '\n';
-        alert.informativeText += line;
+        alert.informativeText += asOneLine(line);
     }
     return alert;
 }

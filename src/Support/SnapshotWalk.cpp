@@ -13,7 +13,9 @@ std::vector<SnapshotNode> SnapshotWalk::roots(std::vector<TopLevelFolder> const&
     int budget = mostNodes;
     std::vector<SnapshotNode> roots;
     for (auto const& folder : folders) {
-        if (isValidUTF8(folder.name) && isValidUTF8(folder.url.path()))
+        // A folder that is told from the working directory on is no destination.
+        bool const isAbsolute = folder.url.path().starts_with('/');
+        if (isAbsolute && isValidUTF8(folder.name) && isValidUTF8(folder.url.path()))
             roots.push_back({ folder.name, folder.url.path(), subfolders(folder.url, 1, budget) });
     }
     return roots;

@@ -27,6 +27,7 @@ public:
     void activate() override { ++activations; }
     void run(std::function<void()> didFinishLaunching) override { didFinishLaunching(); }
     void terminate() override { ++terminations; }
+    bool isTerminating() const override { return terminations > 0; }
 
     /// Another start of the program asks this one to show itself; nothing comes of it while an alert is up.
     void startAgain()

@@ -86,5 +86,17 @@ TEST_F(ExchangeHostileTest, WhatIsOfUseTakesAFewTimesTheRoomOfItsText)
     EXPECT_GT(decodeMoveRequest(sources)->sources.size(), 100'000u);
 }
 
+TEST_F(ExchangeHostileTest, AListOfMoreThanAMillionIsNone)
+{
+    auto const request = [](std::size_t count) {
+        std::string text = R"({"op":"move","dest":"/d","sources":[)";
+        for (std::size_t i = 0; i < count; ++i)
+            text += i == 0 ? R"("/")" : R"(,"/")";
+        return text + "]}";
+    };
+    EXPECT_EQ(decodeMoveRequest(request(1'000'000)).value_or(MoveRequest {}).sources.size(), 1'000'000u);
+    EXPECT_FALSE(decodeMoveRequest(request(1'000'001)));
+}
+
 }
 }

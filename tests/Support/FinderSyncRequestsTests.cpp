@@ -317,6 +317,20 @@ TEST_F(FinderSyncRequestsTest, OfTwoRequestsTheSecondWaitsForTheWholeOfTheFirst)
     EXPECT_EQ(asked, 2);
 }
 
+TEST_F(FinderSyncRequestsTest, WhatNobodyCanBeAskedAboutAtTheEndWaitsForTheNextStart)
+{
+    auto& listing = desktop.fileManager.listings[requestsURL];
+    for (std::string const name : { "1.json", "2.json", "3.json" })
+        listing.push_back(
+            { drop(name, name == "3.json" ? copyText() : requestText("ask", destination.path(), {})), regularFile() });
+    desktop.alerts.answers = { 3 };
+    desktop.alerts.whileUp = [&] { desktop.application.terminate(); };
+    process();
+    EXPECT_EQ(desktop.alerts.asked.size(), 1u);
+    EXPECT_EQ(waiting(), (Names { "2.json", "3.json" }));
+    EXPECT_EQ(timesCarriedOut(), 0u);
+}
+
 TEST_F(FinderSyncRequestsTest, APassWithoutRequestsReadsNothing)
 {
     process();

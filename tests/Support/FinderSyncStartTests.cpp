@@ -218,6 +218,27 @@ TEST_F(FinderSyncStartTest, AChangeOfTheItemsFolderRefreshesAndTakesNoRequests)
     EXPECT_EQ(waiting(), (Names { "request.json" }));
 }
 
+TEST_F(FinderSyncStartTest, AnItemsFolderThatGoesWithWhatIsInItRefreshes)
+{
+    folder.folder(std::string(items) + "/A");
+    start();
+    EXPECT_EQ(publishedNames(), (Names { "A" }));
+    folder.remove(std::string(items) + "/A");
+    folder.remove(items);
+    desktop.dispatch.remove(itemsURL);
+    EXPECT_TRUE(isRefreshed());
+    EXPECT_TRUE(publishedNames().empty());
+}
+
+TEST_F(FinderSyncStartTest, AnItemsFolderThatHoldsTheSnapshotIsNotWatched)
+{
+    chooseItemsFolder(bridge().supportDir());
+    start();
+    EXPECT_EQ(desktop.dispatch.watched(), URLs { requestsURL });
+    tick();
+    EXPECT_TRUE(isRefreshed());
+}
+
 TEST_F(FinderSyncStartTest, EveryDeliveryIsOneRefresh)
 {
     start();

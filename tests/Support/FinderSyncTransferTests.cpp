@@ -308,7 +308,7 @@ TEST_F(FinderSyncTransferTest, RefusalsAndFailuresAndSkippedItemsStandInTheOrder
     EXPECT_EQ(folder.names("x/F/Dest"), (Names { "b" }));
 }
 
-TEST_F(FinderSyncTransferTest, AKnownDestinationThatIsNoFolderAnyMoreIsReported)
+TEST_F(FinderSyncTransferTest, AKnownDestinationThatBecameAFileIsReported)
 {
     auto const items = files({ "a" });
     desktop.alerts.answers = { 0, 0, 0, 0, 0, 0, 0, 0, 0 };
@@ -426,6 +426,18 @@ TEST_F(FinderSyncTransferTest, ThingsThatVanishWhileTheQuestionIsUpAreSkippedOrR
     ASSERT_EQ(desktop.alerts.asked.size(), 2u);
     EXPECT_THAT(desktop.alerts.asked[1].informativeText, StartsWith("“b”: "));
     EXPECT_EQ(folder.names("x"), (Names { "b" }));
+}
+
+TEST_F(FinderSyncTransferTest, AReportHasNoMoreLinesThanAnybodyReads)
+{
+    std::vector<FileURL> const sources(20'000, FileURL("/"));
+    drop("move", destination, sources);
+    desktop.alerts.answers = { 0 };
+    process();
+    ASSERT_EQ(desktop.alerts.asked.size(), 1u);
+    auto const& text = desktop.alerts.asked.front().informativeText;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 9'999);
+    EXPECT_TRUE(text.ends_with("\n…"));
 }
 
 }

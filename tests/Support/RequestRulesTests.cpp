@@ -143,5 +143,12 @@ TEST(RequestRulesTest, TheReportIsAWarningOfAllLinesWithoutButtonsOfItsOwn)
     EXPECT_EQ(RequestRules::report(TransferMode::alias, { "one" }).informativeText, "one");
 }
 
+TEST(RequestRulesTest, ALineEndInANameMakesNoLineOfTheReport)
+{
+    auto const line = RequestRules::refusal(FileURL("/x/a\nCan't put “b” inside itself."));
+    EXPECT_EQ(RequestRules::report(TransferMode::move, { line, "two" }).informativeText,
+        "Can't put “a␊Can't put “b” inside itself.” inside itself.\ntwo");
+}
+
 }
 }

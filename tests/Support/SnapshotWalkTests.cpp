@@ -86,6 +86,12 @@ TEST_F(SnapshotWalkTest, RootsKeepTheirOrderAndTheirDuplicates)
     EXPECT_TRUE(roots({}).empty());
 }
 
+TEST_F(SnapshotWalkTest, ARootThatIsNotToldFromTheTopIsLeftOut)
+{
+    EXPECT_EQ(namesOf(roots({ { "relative", FileURL("A") }, { "empty", FileURL("") }, { "A", folder.folder("A") } })),
+        Names { "A" });
+}
+
 TEST_F(SnapshotWalkTest, APathHasNoTrailingSlash)
 {
     folder.folder("A/b");

@@ -180,5 +180,18 @@ TEST_F(TopLevelFoldersTest, TheSituationHoldsInsideInlineFoldersToo)
     EXPECT_EQ(found(), (Folders { { "without", folder / "menu/b---i/without---N" } }));
 }
 
+TEST_F(TopLevelFoldersTest, InlineFoldersThatLeadToEachOtherInManyWaysEnd)
+{
+    for (int number = 0; number < 12; ++number)
+        folder.folder("menu/" + std::to_string(number) + "---i");
+    for (int from = 0; from < 12; ++from) {
+        for (int to = 0; to < 12; ++to)
+            folder.link("menu/" + std::to_string(from) + "---i/" + std::to_string(to) + "---i",
+                "../" + std::to_string(to) + "---i");
+    }
+    found();
+    EXPECT_EQ(desktop.fileManager.listed.size(), 1000u);
+}
+
 }
 }

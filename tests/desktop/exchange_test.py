@@ -254,6 +254,13 @@ class Asking(RequestCase):
         self.assertEqual(self.names(self.work), ["a.txt", "b.txt", "c.txt"])
         self.assertEqual(self.exchange.waiting(), [])
 
+    def test_WhatWaitsBehindAQuestionAtTheEndIsKeptForTheNextStart(self):
+        self.ask(self.a)
+        kept = [self.exchange.drop("ask", self.dest, self.b).name, self.exchange.drop("move", self.dest, self.c).name]
+        self.program.stop()
+        self.assertEqual(self.names(self.work), ["a.txt", "b.txt", "c.txt"])
+        self.assertEqual(self.exchange.waiting(), sorted(kept))
+
 
 class Reporting(RequestCase):
     def test_IntoItself(self):

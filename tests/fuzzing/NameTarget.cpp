@@ -53,7 +53,7 @@ void checkParts(std::string_view name, ParsedItemName const& parsed)
     }
 }
 
-/// What `name` says when the parse goes on to it from its right: there no divider counts any more.
+/// What `name` says when the parse goes on to it from its right: there a divider does not count.
 ParsedItemName parsedFurther(std::string_view name)
 {
     return endsWithDivider(name) ? ParsedItemName { std::string(name), {}, std::nullopt } : NamingSuffix::parse(name);

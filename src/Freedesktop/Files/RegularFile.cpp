@@ -51,6 +51,9 @@ std::variant<std::string, ReadError> readRegularFile(int directory, char const* 
     // The item may be another one by the time it is opened, so opening must not wait either, and the test is repeated.
     FileDescriptor const file(
         ::openat(directory, path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY | (follows ? 0 : O_NOFOLLOW)));
+    // What came into the file's place meanwhile: a link that is not followed, a socket.
+    if (!file.isOpen() && ((!follows && errno == ELOOP) || errno == ENXIO))
+        return ReadError { ReadFailure::notRegularFile };
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
         return ReadError { ReadFailure::system, errno };
     if (!S_ISREG(status.st_mode))

@@ -25,8 +25,8 @@ enum class Links {
     refused,
 };
 
-/// The content of the regular file at `path` (seen from `directory`, or AT_FDCWD) when it holds at most `limit` bytes. Everything that is no regular file is left alone: opening a FIFO would wake its writer, opening a
-/// device may act on it.
+/// The content of the regular file at `path` (seen from `directory`, or AT_FDCWD) when it holds at most `limit` bytes.
+/// Everything that is no regular file is left alone: opening a FIFO would wake its writer, opening a device may act on it.
 std::variant<std::string, ReadError> readRegularFile(
     int directory, char const* path, std::size_t limit, Links links = Links::followed);
 

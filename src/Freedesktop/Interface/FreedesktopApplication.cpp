@@ -78,6 +78,19 @@ void nameApplication()
 
 }
 
+QuitWatch::QuitWatch(std::function<void()> quits)
+    : quits_(std::move(quits))
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool QuitWatch::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Quit && watched == QCoreApplication::instance())
+        quits_();
+    return false;
+}
+
 FreedesktopApplication::FreedesktopApplication(
     int& argc, char** argv, FreedesktopEvents& events, std::shared_ptr<DeliveryGate> gate, Log& log)
     : events_(events)
@@ -86,6 +99,7 @@ FreedesktopApplication::FreedesktopApplication(
     , startupData_(takeStartupData())
     , application_(makeApplication(argc, argv, log))
     , quitSignals_([this] { terminate(); })
+    , quitWatch_([this] { isTerminated_ = true; })
 {
     nameApplication();
     QApplication::setQuitOnLastWindowClosed(false);

@@ -14,6 +14,16 @@ namespace marrowick {
 
 class FreedesktopEvents;
 
+/// Tells of the event that asks the application to quit, whoever sends it.
+class QuitWatch : public QObject {
+public:
+    explicit QuitWatch(std::function<void()> quits);
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    std::function<void()> quits_;
+};
+
 /// The program as a Qt application that owns the bus name `org.marrowick.Marrowick`.
 class FreedesktopApplication : public Application {
 public:
@@ -31,6 +41,7 @@ public:
     void activate() override;
     void run(std::function<void()> didFinishLaunching) override;
     void terminate() override;
+    bool isTerminating() const override { return isTerminated_; }
 
 private:
     void askForReopen();
@@ -49,6 +60,8 @@ private:
     bool isAskedToReopen_ = false;
     bool hasLaunched_ = false;
     bool isTerminated_ = false;
+    /// Hears of the session's end, which does not come by `terminate`.
+    QuitWatch quitWatch_;
 };
 
 }
