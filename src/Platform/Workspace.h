@@ -8,9 +8,18 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace marrowick {
+
+/// An application or a settings pane that the desktop knows of although it lies in none of the folders that are searched.
+struct InstalledItem {
+    /// The file that opens it.
+    FileURL url;
+    /// What the desktop calls it in the user's language.
+    std::string localizedName;
+};
 
 /// Opens and reveals files, and knows which applications run. Every call is made on the main thread.
 class Workspace {
@@ -35,8 +44,14 @@ public:
     /// Moves `urls` to the trash; `done` comes later, once, with the first error or none. Nothing is ever deleted instead.
     virtual void recycle(std::vector<FileURL> const& urls, std::function<void(std::optional<Error>)> done) = 0;
 
-    /// The applications that have windows, in the order in which they were started.
+    /// The applications that run, those that have windows first, in the order in which they were started.
     virtual std::vector<std::shared_ptr<RunningApplication>> runningApplications() = 0;
+
+    /// The applications that the desktop shows to the user, beside those in the applications folder; in no order.
+    virtual std::vector<InstalledItem> additionalApplications() = 0;
+
+    /// The panes of the desktop's settings, beside those in the folders of preference panes; in no order.
+    virtual std::vector<InstalledItem> additionalPreferencePanes() = 0;
 
     /// Calls `handler` each time another application becomes the active one; with null where the desktop does not say
     /// which.

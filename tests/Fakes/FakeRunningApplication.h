@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace marrowick {
 
@@ -26,6 +27,8 @@ public:
     ActivationPolicy activationPolicy() const override { return policy; }
     bool isActive() const override { return active; }
     bool isHidden() const override { return hidden; }
+    Image icon() const override { return picture; }
+    void activate(ActivationOptions options) override { activations.push_back(options); }
     void terminate() override { ++terminations; }
     void forceTerminate() override { ++forcedTerminations; }
 
@@ -35,6 +38,8 @@ public:
     ActivationPolicy policy = ActivationPolicy::regular;
     bool active = false;
     bool hidden = false;
+    Image picture = Image::systemSymbol("app");
+    std::vector<ActivationOptions> activations;
     int terminations = 0;
     int forcedTerminations = 0;
 };

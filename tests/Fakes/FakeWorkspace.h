@@ -63,6 +63,8 @@ public:
         remember("recycle" + joinedPaths(urls));
     }
     std::vector<std::shared_ptr<RunningApplication>> runningApplications() override { return running; }
+    std::vector<InstalledItem> additionalApplications() override { return addedApplications; }
+    std::vector<InstalledItem> additionalPreferencePanes() override { return addedPreferencePanes; }
 
     Subscription observeActivation(std::function<void(std::shared_ptr<RunningApplication>)> handler) override
     {
@@ -107,6 +109,8 @@ public:
     /// The files of each call.
     std::vector<std::vector<FileURL>> recycled;
     std::vector<std::shared_ptr<RunningApplication>> running;
+    std::vector<InstalledItem> addedApplications;
+    std::vector<InstalledItem> addedPreferencePanes;
     /// Runs while something is being opened or shown, to look at the rest of the desktop at that moment.
     std::function<void()> whenAsked;
 

@@ -3,6 +3,7 @@
 #include "Freedesktop/GLibOwners.h"
 #include "Freedesktop/Interface/Conversions.h"
 #include "Freedesktop/Interface/Pictures.h"
+#include "Freedesktop/Interface/VolumeIcons.h"
 
 #include <QHash>
 #include <QStringList>
@@ -133,6 +134,8 @@ FoundFileIcon iconOfMissingFile(FileURL const& url)
 
 FoundFileIcon findFileIcon(FileURL const& url)
 {
+    if (auto const volume = volumeIcon(url.path()))
+        return { iconOf(volume.get()), FileShape::folder };
     auto const path = pathBytes(url);
     GObjectOwner<GFile> const file(g_file_new_for_path(path.constData()));
     // Without G_FILE_QUERY_INFO_NOFOLLOW_SYMLINKS a link shows what it leads to, and a dangling one itself.

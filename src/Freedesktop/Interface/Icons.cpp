@@ -131,23 +131,96 @@ private:
     std::optional<FoundFileIcon> found_;
 };
 
+QImage imageOf(Bitmap const& bitmap)
+{
+    auto const count = bitmap.pixels ? bitmap.pixels->size() : 0;
+    if (bitmap.width <= 0 || bitmap.height <= 0
+        || count < static_cast<std::size_t>(bitmap.width) * static_cast<std::size_t>(bitmap.height))
+        return {};
+    QImage const shared(reinterpret_cast<uchar const*>(bitmap.pixels->data()), bitmap.width, bitmap.height,
+        bitmap.width * static_cast<int>(sizeof(std::uint32_t)), QImage::Format_ARGB32);
+    return shared.copy();
+}
+
+/// Draws a picture that is there already, scaled down to fit and never up.
+class BitmapEngine : public LazyEngine {
+public:
+    explicit BitmapEngine(Bitmap bitmap)
+        : bitmap_(std::move(bitmap))
+    {
+    }
+
+    QPixmap scaledPixmap(QSize const& size, QIcon::Mode mode, QIcon::State state, qreal scale) override
+    {
+        if (icon_.isNull()) {
+            if (auto const image = imageOf(bitmap_); !image.isNull())
+                icon_ = QIcon(QPixmap::fromImage(image));
+            else
+                icon_ = QIcon(new SymbolEngine(QStringLiteral("app"), Ink::palette));
+        }
+        return icon_.pixmap((QSizeF(size) / scale).toSize(), scale, mode, state);
+    }
+
+    QIconEngine* clone() const override { return new BitmapEngine(*this); }
+    QString key() const override { return QStringLiteral("marrowick-bitmap"); }
+
+private:
+    Bitmap bitmap_;
+    QIcon icon_;
+};
+
+/// Another icon, faded.
+class FadedEngine : public LazyEngine {
+public:
+    FadedEngine(QIcon icon, double opacity)
+        : icon_(std::move(icon))
+        , opacity_(opacity)
+    {
+    }
+
+    QPixmap scaledPixmap(QSize const& size, QIcon::Mode mode, QIcon::State state, qreal scale) override
+    {
+        QPixmap const shown = icon_.pixmap((QSizeF(size) / scale).toSize(), scale, mode, state);
+        QPixmap faded(shown.size());
+        faded.setDevicePixelRatio(shown.devicePixelRatio());
+        faded.fill(Qt::transparent);
+        QPainter painter(&faded);
+        painter.setOpacity(opacity_);
+        painter.drawPixmap(0, 0, shown);
+        return faded;
+    }
+
+    QIconEngine* clone() const override { return new FadedEngine(*this); }
+    QString key() const override { return QStringLiteral("marrowick-faded"); }
+
+private:
+    QIcon icon_;
+    double opacity_;
+};
+
+QIcon faded(QIcon icon, double opacity)
+{
+    return opacity >= 1 ? icon : QIcon(new FadedEngine(std::move(icon), opacity));
+}
+
 struct MakeIcon {
     Ink ink;
 
     QIcon operator()(SystemSymbol const& symbol) const { return QIcon(new SymbolEngine(exactText(symbol.name), ink)); }
     QIcon operator()(FileIcon const& file) const { return QIcon(new FileIconEngine(file.url)); }
+    QIcon operator()(Bitmap const& bitmap) const { return QIcon(new BitmapEngine(bitmap)); }
 };
 
 }
 
 QIcon iconFor(Image const& image)
 {
-    return std::visit(MakeIcon { Ink::palette }, image.source);
+    return faded(std::visit(MakeIcon { Ink::palette }, image.source), image.opacity);
 }
 
 QIcon panelIconFor(Image const& image)
 {
-    return std::visit(MakeIcon { Ink::edged }, image.source);
+    return faded(std::visit(MakeIcon { Ink::edged }, image.source), image.opacity);
 }
 
 }

@@ -75,6 +75,7 @@ struct EntryKeys {
     std::string_view type;
     std::string_view startupWMClass;
     std::string_view exec;
+    std::string_view categories;
     bool noDisplay = false;
     bool isDeleted = false;
 };
@@ -87,6 +88,8 @@ void readKey(EntryKeys& keys, std::string_view key, std::string_view value)
         keys.startupWMClass = value;
     else if (key == "Exec")
         keys.exec = value;
+    else if (key == "Categories")
+        keys.categories = value;
     else if (key == "NoDisplay")
         keys.noDisplay = value == "true";
     else if (key == "Hidden")
@@ -126,6 +129,20 @@ bool liesIn(std::string_view path, std::string_view folder)
         && path[folder.size()] == '/';
 }
 
+std::vector<std::string> programFolders()
+{
+    std::vector<std::string> folders;
+    char const* const path = g_getenv("PATH");
+    std::string_view rest = path ? path : "";
+    while (!rest.empty()) {
+        auto const folder = rest.substr(0, rest.find(':'));
+        if (folder.starts_with('/'))
+            folders.emplace_back(folder);
+        rest.remove_prefix(std::min(rest.size(), folder.size() + 1));
+    }
+    return folders;
+}
+
 }
 
 std::vector<std::string> applicationsFolders()
@@ -143,6 +160,10 @@ std::vector<std::string> applicationsFolders()
         if (**directory)
             add(*directory);
     }
+    // Where applications come in packages of their own, their entries are here; not every session names these folders.
+    add(std::string(g_get_user_data_dir()) + "/flatpak/exports/share");
+    add("/var/lib/flatpak/exports/share");
+    add("/var/lib/snapd/desktop");
     return folders;
 }
 
@@ -198,6 +219,10 @@ void DesktopEntries::read()
     for (auto const& folder : folders_)
         readFolder(folder, {}, 0);
     buildIndexes();
+    // Whether an entry counts depends on its program too, which may come and go by itself.
+    for (auto& folder : programFolders())
+        stamps_.push_back(stampOf(std::move(folder)));
+    ++generation_;
 
     auto const oldEnough = nanoseconds(start) - clockStepNanoseconds;
     stampsAreTrusted_ = std::all_of(stamps_.begin(), stamps_.end(),
@@ -246,6 +271,7 @@ void DesktopEntries::readEntry(std::string const& path, std::string id)
         entry.path = path;
         entry.startupWMClass = keys.startupWMClass;
         entry.commandLine = keys.exec;
+        entry.categories = keys.categories;
         entry.isVisible = !keys.noDisplay;
     }
     entries_.push_back(std::move(entry));

@@ -19,6 +19,9 @@ struct DesktopEntry {
     std::string startupWMClass;
     /// The line that starts the application, as it stands in the file.
     std::string commandLine;
+    /// The words of `Categories`, as they stand in the file.
+    std::string categories;
+    /// False where the entry itself asks not to be shown; desktops may have more to say.
     bool isVisible = true;
 };
 
@@ -36,6 +39,12 @@ public:
 
     /// Reads the folders anew where anything in them has changed since.
     void refresh();
+
+    /// All that take no precedence from each other; those whose `path` is empty say that there is no such application.
+    std::vector<DesktopEntry> const& all() const { return entries_; }
+
+    /// Another number after everything was read anew.
+    unsigned int generation() const { return generation_; }
 
     DesktopEntry const* withStartupWMClass(std::string_view wmClass) const;
     DesktopEntry const* withID(std::string_view id) const;
@@ -66,6 +75,7 @@ private:
     std::vector<std::string> folders_;
     std::vector<Stamp> stamps_;
     bool stampsAreTrusted_ = false;
+    unsigned int generation_ = 0;
     std::vector<DesktopEntry> entries_;
     Index byID_;
     Index byWMClass_;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Freedesktop/Session/ApplicationFacts.h"
-#include "Freedesktop/Session/ApplicationTermination.h"
 
 #include <memory>
 #include <utility>
@@ -22,8 +21,11 @@ public:
     ActivationPolicy activationPolicy() const override { return facts_.policy; }
     bool isActive() const override { return facts_.isActive; }
     bool isHidden() const override { return facts_.isHidden; }
-    void terminate() override { askToTerminate(facts_, *connection_); }
-    void forceTerminate() override { forceTermination(facts_, *connection_); }
+    /// Of an application that is not installed the icon is its windows' own, which the server is asked for.
+    Image icon() const override;
+    void activate(ActivationOptions options) override;
+    void terminate() override;
+    void forceTerminate() override;
 
 private:
     ApplicationFacts facts_;

@@ -11,7 +11,8 @@ FreedesktopWorkspace::FreedesktopWorkspace(
     : gate_(std::move(gate))
     , launcher_(connection)
     , opener_(launcher_)
-    , runningApplications_(std::move(connection), gate_, std::move(ownIdentifier))
+    , runningApplications_(std::move(connection), gate_, entries_, std::move(ownIdentifier))
+    , installedApplications_(entries_)
 {
 }
 
@@ -57,6 +58,16 @@ void FreedesktopWorkspace::recycle(std::vector<FileURL> const& urls, std::functi
 std::vector<std::shared_ptr<RunningApplication>> FreedesktopWorkspace::runningApplications()
 {
     return runningApplications_.list();
+}
+
+std::vector<InstalledItem> FreedesktopWorkspace::additionalApplications()
+{
+    return installedApplications_.applications();
+}
+
+std::vector<InstalledItem> FreedesktopWorkspace::additionalPreferencePanes()
+{
+    return installedApplications_.settings();
 }
 
 Subscription FreedesktopWorkspace::observeActivation(std::function<void(std::shared_ptr<RunningApplication>)> handler)

@@ -3,6 +3,7 @@
 #include "Freedesktop/DeliveryGate.h"
 #include "Freedesktop/Session/FileManagerService.h"
 #include "Freedesktop/Session/FileOpener.h"
+#include "Freedesktop/Session/InstalledApplications.h"
 #include "Freedesktop/Session/Launcher.h"
 #include "Freedesktop/Session/RunningApplications.h"
 #include "Freedesktop/Session/Trash.h"
@@ -25,15 +26,19 @@ public:
     void selectFile(FileURL const& path) override;
     void recycle(std::vector<FileURL> const& urls, std::function<void(std::optional<Error>)> done) override;
     std::vector<std::shared_ptr<RunningApplication>> runningApplications() override;
+    std::vector<InstalledItem> additionalApplications() override;
+    std::vector<InstalledItem> additionalPreferencePanes() override;
     Subscription observeActivation(std::function<void(std::shared_ptr<RunningApplication>)> handler) override;
 
 private:
     std::shared_ptr<DeliveryGate> gate_;
+    DesktopEntries entries_;
     Launcher launcher_;
     FileOpener opener_;
     FileManagerService fileManager_;
     Trash trash_;
     RunningApplications runningApplications_;
+    InstalledApplications installedApplications_;
 };
 
 }

@@ -1,5 +1,6 @@
 #include "Freedesktop/Session/RunningApplications.h"
 
+#include "Freedesktop/Session/BackgroundApplications.h"
 #include "Freedesktop/Session/FreedesktopRunningApplication.h"
 
 #include <unistd.h>
@@ -57,10 +58,11 @@ struct RunningApplications::Observers {
     }
 };
 
-RunningApplications::RunningApplications(
-    std::shared_ptr<XConnection> connection, std::shared_ptr<DeliveryGate> gate, std::string ownIdentifier)
+RunningApplications::RunningApplications(std::shared_ptr<XConnection> connection, std::shared_ptr<DeliveryGate> gate,
+    DesktopEntries& entries, std::string ownIdentifier)
     : connection_(std::move(connection))
     , gate_(std::move(gate))
+    , entries_(entries)
     , rules_ { entries_, std::move(ownIdentifier), getpid(), executableOfProcess }
     , observers_(std::make_shared<Observers>())
 {
@@ -78,8 +80,7 @@ RunningApplications::~RunningApplications()
 std::vector<ApplicationFacts> RunningApplications::read()
 {
     auto const windows = readClientWindows(*connection_);
-    if (!windows.windows.empty())
-        entries_.refresh();
+    entries_.refresh();
     auto applications = applicationsOfWindows(windows, rules_);
     for (auto& application : applications)
         application.processes = processesOf(application);
@@ -88,8 +89,10 @@ std::vector<ApplicationFacts> RunningApplications::read()
 
 std::vector<std::shared_ptr<RunningApplication>> RunningApplications::list()
 {
+    auto known = read();
+    appendApplicationsWithoutWindows(known, rules_);
     std::vector<std::shared_ptr<RunningApplication>> applications;
-    for (auto& facts : read())
+    for (auto& facts : known)
         applications.push_back(std::make_shared<FreedesktopRunningApplication>(std::move(facts), connection_));
     return applications;
 }

@@ -10,14 +10,14 @@
 
 namespace marrowick {
 
-/// The applications that have windows, and which of them the user turns to.
+/// The applications that run, and which of them the user turns to.
 class RunningApplications {
 public:
     using ActivationHandler = std::function<void(std::shared_ptr<RunningApplication>)>;
 
-    /// Observers hear through `gate`.
-    RunningApplications(
-        std::shared_ptr<XConnection> connection, std::shared_ptr<DeliveryGate> gate, std::string ownIdentifier);
+    /// Observers hear through `gate`. `entries` is refreshed by every question.
+    RunningApplications(std::shared_ptr<XConnection> connection, std::shared_ptr<DeliveryGate> gate,
+        DesktopEntries& entries, std::string ownIdentifier);
     ~RunningApplications();
     RunningApplications(RunningApplications const&) = delete;
     RunningApplications& operator=(RunningApplications const&) = delete;
@@ -36,7 +36,7 @@ private:
 
     std::shared_ptr<XConnection> connection_;
     std::shared_ptr<DeliveryGate> gate_;
-    DesktopEntries entries_;
+    DesktopEntries& entries_;
     ApplicationRules rules_;
     std::string lastActive_;
     std::shared_ptr<Observers> observers_;
