@@ -1,13 +1,16 @@
 #include "Fakes/TemporaryFolder.h"
 #include "Freedesktop/Session/DesktopEntries.h"
 
+#include <glib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -190,6 +193,84 @@ TEST_F(DesktopEntriesTest, ThousandUnchangedEntriesAreCheckedInMilliseconds)
     RecordProperty(
         "microseconds", static_cast<int>(std::chrono::duration_cast<std::chrono::microseconds>(elapsed).count()));
     EXPECT_LT(elapsed, std::chrono::milliseconds(100));
+}
+
+TEST_F(DesktopEntriesTest, CategoriesAreKeptAsTheyStandInTheFile)
+{
+    write(system_ + "/a.desktop", entry("A", "Categories = Utility;Settings; \n[Other]\nCategories=Game;\n"));
+    write(system_ + "/b.desktop", entry("B"));
+    entries_.refresh();
+    ASSERT_TRUE(entries_.withID("a") && entries_.withID("b"));
+    EXPECT_EQ(entries_.withID("a")->categories, "Utility;Settings;");
+    EXPECT_EQ(entries_.withID("b")->categories, "");
+}
+
+TEST_F(DesktopEntriesTest, AllHasEachIDOnceAlsoWhereItSaysThatThereIsNoApplication)
+{
+    write(user_ + "/viewer.desktop", entry("Mine"));
+    write(system_ + "/viewer.desktop", entry("Theirs"));
+    write(user_ + "/gone.desktop", entry("Gone", "Hidden=true\n"));
+    write(system_ + "/gone.desktop", entry("Still there"));
+    write(system_ + "/quiet.desktop", entry("Quiet", "NoDisplay=true\n"));
+    entries_.refresh();
+    std::vector<std::string> found;
+    for (auto const& entry : entries_.all())
+        found.push_back(entry.id + (entry.path.empty() ? " none" : entry.isVisible ? " shown" : " not shown"));
+    EXPECT_THAT(found, testing::UnorderedElementsAre("viewer shown", "gone none", "quiet not shown"));
+    EXPECT_EQ(entries_.withID("viewer")->path, user_ + "/viewer.desktop");
+}
+
+TEST_F(DesktopEntriesTest, TheGenerationChangesOnlyWithWhatIsInstalled)
+{
+    write(user_ + "/a.desktop", entry("A"));
+    entries_.refresh();
+    // Marks that are too young are not trusted yet, and what they mark is read once more.
+    usleep(100'000);
+    entries_.refresh();
+    auto const settled = entries_.generation();
+    entries_.refresh();
+    EXPECT_EQ(entries_.generation(), settled);
+    write(user_ + "/b.desktop", entry("B"));
+    entries_.refresh();
+    EXPECT_NE(entries_.generation(), settled);
+}
+
+TEST_F(DesktopEntriesTest, AProgramThatComesOrGoesInPathIsAChange)
+{
+    auto const programs = folder_.url().path() + "/programs";
+    std::filesystem::create_directories(programs);
+    std::string const path = getenv("PATH");
+    setenv("PATH", ("relative::" + programs + ":" + path).c_str(), 1);
+    write(user_ + "/a.desktop", entry("A"));
+    entries_.refresh();
+    usleep(100'000);
+    entries_.refresh();
+    auto const settled = entries_.generation();
+    entries_.refresh();
+    EXPECT_EQ(entries_.generation(), settled);
+    write(programs + "/tool", "#!/bin/sh\n");
+    entries_.refresh();
+    EXPECT_NE(entries_.generation(), settled);
+    setenv("PATH", path.c_str(), 1);
+}
+
+TEST(ApplicationsFoldersTest, TheUsersComesFirstAndThoseOfPackagedApplicationsLast)
+{
+    auto const folders = applicationsFolders();
+    auto const place = [&](std::string const& folder) {
+        EXPECT_EQ(std::count(folders.begin(), folders.end(), folder), 1) << folder;
+        return std::find(folders.begin(), folders.end(), folder) - folders.begin();
+    };
+    std::string const user = g_get_user_data_dir();
+    EXPECT_EQ(place(user + "/applications"), 0);
+    EXPECT_GT(place(user + "/flatpak/exports/share/applications"), 0);
+    EXPECT_GT(place("/var/lib/flatpak/exports/share/applications"), 0);
+    EXPECT_GT(place("/var/lib/snapd/desktop/applications"), 0);
+    for (auto directory = g_get_system_data_dirs(); *directory; ++directory) {
+        std::string folder = *directory;
+        folder.erase(folder.find_last_not_of('/') + 1);
+        EXPECT_LT(place(folder + "/applications"), place("/var/lib/snapd/desktop/applications")) << folder;
+    }
 }
 
 TEST_F(DesktopEntriesTest, LiesInAnApplicationsFolderAlsoThroughLinks)

@@ -85,6 +85,21 @@ void TestDisplay::setAtoms(xcb_window_t window, char const* property, std::vecto
     setNumbers(window, property, "ATOM", atoms);
 }
 
+std::vector<std::uint32_t> TestDisplay::numbers(xcb_window_t window, char const* property)
+{
+    constexpr std::uint32_t mostNumbers = 4096;
+    auto const question
+        = xcb_get_property(connection_, 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, mostNumbers);
+    auto* const reply = xcb_get_property_reply(connection_, question, nullptr);
+    std::vector<std::uint32_t> values;
+    if (reply && reply->format == 32) {
+        auto const* const first = static_cast<std::uint32_t const*>(xcb_get_property_value(reply));
+        values.assign(first, first + reply->value_len);
+    }
+    std::free(reply);
+    return values;
+}
+
 void TestDisplay::setPID(xcb_window_t window, pid_t pid)
 {
     setNumbers(window, "_NET_WM_PID", "CARDINAL", { static_cast<std::uint32_t>(pid) });

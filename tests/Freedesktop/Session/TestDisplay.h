@@ -32,6 +32,8 @@ public:
     void setNumbers(
         xcb_window_t window, char const* property, char const* type, std::vector<std::uint32_t> const& values);
     void setAtoms(xcb_window_t window, char const* property, std::vector<char const*> const& names);
+    /// What the property says at this moment; empty where there is none.
+    std::vector<std::uint32_t> numbers(xcb_window_t window, char const* property);
     void setPID(xcb_window_t window, pid_t pid);
     void remove(xcb_window_t window, char const* property);
 
