@@ -12,6 +12,8 @@ from .folders import FolderReads  # noqa: E402,F401
 from .hosts import LxqtPanel, Trayer, XfcePanel, watcher_property  # noqa: E402,F401
 from .menus import SEPARATOR  # noqa: E402,F401
 from .processes import Marrowick, Process  # noqa: E402,F401
+from .mounts import OwnMounts  # noqa: E402,F401
 from .recorders import FileManagerService  # noqa: E402,F401
 from .screen import Area, centre  # noqa: E402,F401
+from .submenus import SubmenuCase  # noqa: E402,F401
 from .waiting import holds_for, wait_for, wait_until_steady  # noqa: E402,F401

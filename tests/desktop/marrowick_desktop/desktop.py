@@ -6,7 +6,8 @@ import shutil
 import subprocess
 import tempfile
 
-from Xlib import X, Xutil, display
+from Xlib import X, Xatom, Xutil, display
+from Xlib.protocol import event
 
 from .accessibility import Bus
 from .processes import Process
@@ -62,7 +63,8 @@ class Desktop:
 class Window:
     """A window of another program, made by the test itself."""
 
-    def __init__(self, program_class, title="A window"):
+    def __init__(self, program_class, title="A window", icon=None, skips_taskbar=False):
+        """`icon` is the colour, opacity first, of a square picture that the window brings along."""
         self.display = display.Display()
         screen = self.display.screen()
         self.window = screen.root.create_window(40, 300, 200, 100, 0, screen.root_depth, X.InputOutput,
@@ -70,15 +72,35 @@ class Window:
         self.window.set_wm_class(program_class.lower(), program_class)
         self.window.set_wm_name(title)
         self.window.set_wm_hints(flags=Xutil.InputHint | Xutil.StateHint, input=1, initial_state=Xutil.NormalState)
+        if icon is not None:
+            self._set("_NET_WM_ICON", Xatom.CARDINAL, [32, 32] + [icon] * (32 * 32))
+        if skips_taskbar:
+            self._set("_NET_WM_STATE", Xatom.ATOM, [self.display.intern_atom("_NET_WM_STATE_SKIP_TASKBAR")])
         self.window.map()
         self.display.sync()
         self.id = self.window.id
+
+    def _set(self, name, kind, values):
+        self.window.change_property(self.display.intern_atom(name), kind, 32, values)
 
     def activate(self, screen):
         """Makes it the active window, the way a taskbar does it."""
         wait_for(lambda: self.is_listed(screen), "the window manager to know the window")
         subprocess.run(["wmctrl", "-i", "-a", hex(self.id)], check=True, timeout=30)
         screen.wait_for_active(self.id)
+
+    def minimise(self, screen):
+        wait_for(lambda: self.is_listed(screen), "the window manager to know the window")
+        root = self.display.screen().root
+        message = event.ClientMessage(window=self.window, client_type=self.display.intern_atom("WM_CHANGE_STATE"),
+                                      data=(32, [Xutil.IconicState, 0, 0, 0, 0]))
+        root.send_event(message, X.SubstructureNotifyMask | X.SubstructureRedirectMask)
+        self.display.sync()
+        wait_for(lambda: self.is_minimised(screen), "the window to be minimised")
+
+    def is_minimised(self, screen):
+        state = screen.property(self.window, "_NET_WM_STATE")
+        return state is not None and self.display.intern_atom("_NET_WM_STATE_HIDDEN") in state
 
     def is_listed(self, screen):
         """Whether the window manager has the window among its own."""

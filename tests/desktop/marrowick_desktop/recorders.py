@@ -15,6 +15,12 @@ printf '%s\\0' "$name" "$@" >"{calls}/$$.part"
 mv "{calls}/$$.part" "{calls}/$$.call"
 """
 
+RECORD_START = """#!/bin/sh
+# Remembers the arguments and the environment of its start.
+{{ printf '%s\\0' "arguments" "$@"; printf '\\0'; env -0; }} >"{record}.part"
+mv "{record}.part" "{record}"
+"""
+
 ENTRY = """[Desktop Entry]
 Type=Application
 Name={title}
@@ -63,6 +69,30 @@ class DefaultApplications:
 
     def wait_for_call(self):
         return wait_for(self.calls, "a default application to be started")[-1]
+
+
+class InstalledApplication:
+    """An application with a desktop entry of its own; it remembers how it was started."""
+
+    def __init__(self, place, folder, identifier, name, keys=""):
+        """The entry goes into `folder`; `keys` are further lines of it."""
+        self.record = place / (identifier + ".start")
+        program = place / (identifier + ".program")
+        program.write_text(RECORD_START.format(record=self.record))
+        program.chmod(0o755)
+        self.entry = folder / (identifier + ".desktop")
+        folder.mkdir(parents=True, exist_ok=True)
+        self.entry.write_text(f"[Desktop Entry]\nType=Application\nName={name}\nExec=\"{program}\" %F\n{keys}")
+
+    def has_started(self):
+        return self.record.exists()
+
+    def wait_for_start(self):
+        """The arguments of the start, and its environment."""
+        wait_for(self.has_started, "the application to be started")
+        arguments, environment = self.record.read_bytes().split(b"\0\0", 1)
+        variables = dict(os.fsdecode(each).split("=", 1) for each in environment.split(b"\0") if b"=" in each)
+        return [os.fsdecode(each) for each in arguments.split(b"\0")[1:]], variables
 
 
 class FileManagerService:
