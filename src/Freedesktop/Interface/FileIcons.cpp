@@ -9,8 +9,12 @@
 #include <QStringList>
 
 #include <gio/gio.h>
+#include <sys/stat.h>
 
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <utility>
 
 namespace marrowick {
 
@@ -18,6 +22,7 @@ namespace {
 
 constexpr qsizetype largestDesktopEntry = 1024 * 1024;
 constexpr qsizetype mostRememberedNames = 512;
+constexpr qsizetype mostRememberedEntries = 2048;
 
 bool hasExtension(FileURL const& url, char const* extension)
 {
@@ -94,9 +99,42 @@ std::optional<std::string> iconNamedByDesktopEntry(QByteArray const& path)
     return std::string(icon.get());
 }
 
-QIcon desktopEntryIcon(QByteArray const& path)
+/// What tells a file from what stands in its place later.
+struct FileStamp {
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = 0;
+    std::int64_t modified = 0;
+    std::int64_t changed = 0;
+    friend bool operator==(FileStamp const&, FileStamp const&) = default;
+};
+
+FileStamp stampOf(struct stat const& status)
 {
-    auto const named = iconNamedByDesktopEntry(path);
+    auto const nanoseconds
+        = [](timespec const& time) { return std::int64_t { time.tv_sec } * 1'000'000'000 + time.tv_nsec; };
+    return { status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim) };
+}
+
+/// As above, but a file that has stayed the same is read once.
+std::optional<std::string> rememberedIconName(QByteArray const& path, struct stat const& status)
+{
+    struct Known {
+        FileStamp stamp;
+        std::optional<std::string> name;
+    };
+    static QHash<QByteArray, Known> remembered;
+    auto const stamp = stampOf(status);
+    if (auto const found = remembered.constFind(path); found != remembered.constEnd() && found->stamp == stamp)
+        return found->name;
+    if (remembered.size() > mostRememberedEntries)
+        remembered.clear();
+    return remembered.insert(path, { stamp, iconNamedByDesktopEntry(path) })->name;
+}
+
+QIcon desktopEntryIcon(QByteArray const& path, struct stat const& status)
+{
+    auto const named = rememberedIconName(path, status);
     if (!named)
         return {};
     if (named->front() == '/')
@@ -130,6 +168,16 @@ FoundFileIcon iconOfMissingFile(FileURL const& url)
     return { documentIcon(), FileShape::document };
 }
 
+/// Asks no more of the file than what is needed; absent for everything but the file of a desktop entry.
+std::optional<FoundFileIcon> iconOfDesktopEntry(FileURL const& url, QByteArray const& path)
+{
+    struct stat status { };
+    if (!hasExtension(url, "desktop") || stat(path.constData(), &status) != 0 || S_ISDIR(status.st_mode))
+        return std::nullopt;
+    auto icon = desktopEntryIcon(path, status);
+    return FoundFileIcon { icon.isNull() ? applicationIcon() : std::move(icon), FileShape::application };
+}
+
 }
 
 FoundFileIcon findFileIcon(FileURL const& url)
@@ -137,6 +185,8 @@ FoundFileIcon findFileIcon(FileURL const& url)
     if (auto const volume = volumeIcon(url.path()))
         return { iconOf(volume.get()), FileShape::folder };
     auto const path = pathBytes(url);
+    if (auto found = iconOfDesktopEntry(url, path))
+        return *found;
     GObjectOwner<GFile> const file(g_file_new_for_path(path.constData()));
     // Without G_FILE_QUERY_INFO_NOFOLLOW_SYMLINKS a link shows what it leads to, and a dangling one itself.
     GObjectOwner<GFileInfo> const info(g_file_query_info(file.get(),
@@ -157,13 +207,8 @@ FoundFileIcon findFileIcon(FileURL const& url)
             found.shape = FileShape::application;
             found.icon = applicationIcon();
         }
-    } else if (isApplicationType(contentType) || hasExtension(url, "desktop")) {
+    } else if (isApplicationType(contentType)) {
         found.shape = FileShape::application;
-        if (hasExtension(url, "desktop")) {
-            found.icon = desktopEntryIcon(path);
-            if (found.icon.isNull())
-                found.icon = applicationIcon();
-        }
     }
     if (found.icon.isNull() && themed && G_IS_ICON(themed))
         found.icon = iconOf(G_ICON(themed));

@@ -1,6 +1,10 @@
 #include "Freedesktop/Interface/VolumeIcons.h"
 
+#include "Freedesktop/Files/FileDescriptor.h"
+
+#include <fcntl.h>
 #include <gio/gunixmounts.h>
+#include <poll.h>
 
 #include <unordered_map>
 
@@ -8,12 +12,28 @@ namespace marrowick {
 
 namespace {
 
-/// The icons of all volumes, by their roots. Read anew when the system's table of them has changed.
+/// Tells whether anything was mounted or unmounted since the last question, for less than reading the table costs.
+class MountChanges {
+public:
+    bool haveCome()
+    {
+        pollfd question { table_.get(), POLLPRI, 0 };
+        if (poll(&question, 1, 0) < 0 || (question.revents & POLLNVAL))
+            return true;
+        return (question.revents & (POLLPRI | POLLERR)) != 0;
+    }
+
+private:
+    FileDescriptor table_ { open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC) };
+};
+
+/// The icons of all volumes, by their roots.
 class MountedIcons {
 public:
     GIcon* at(std::string const& path)
     {
-        if (!isRead_ || g_unix_mounts_changed_since(readAt_))
+        // Asked before the table is read: what comes while it is read is a change the next time.
+        if (bool const haveChanged = changes_.haveCome(); haveChanged || !isRead_)
             read();
         auto const found = icons_.find(path);
         return found == icons_.end() ? nullptr : found->second.get();
@@ -23,7 +43,7 @@ private:
     void read()
     {
         icons_.clear();
-        GList* const entries = g_unix_mounts_get(&readAt_);
+        GList* const entries = g_unix_mounts_get(nullptr);
         for (GList* link = entries; link; link = link->next) {
             auto* const entry = static_cast<GUnixMountEntry*>(link->data);
             icons_.insert_or_assign(
@@ -33,8 +53,8 @@ private:
         isRead_ = true;
     }
 
+    MountChanges changes_;
     bool isRead_ = false;
-    guint64 readAt_ = 0;
     std::unordered_map<std::string, GObjectOwner<GIcon>> icons_;
 };
 

@@ -16,6 +16,9 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
 
 namespace marrowick {
 namespace {
@@ -168,6 +171,26 @@ TEST_F(FileIconTest, ADesktopEntryShowsItsOwnIcon)
     for (QByteArray const icon : { "no-such-icon-anywhere", "", "../../etc/passwd", "/nonexistent.png" })
         EXPECT_EQ(pixelsOf(write("other.desktop", entry(icon))), application) << icon.constData();
     EXPECT_EQ(pixelsOf(write("broken.desktop", "\xff\xfe[[[")), application);
+}
+
+TEST_F(FileIconTest, AChangedDesktopEntryShowsItsOtherIcon)
+{
+    auto const entry = [](QByteArray const& icon) {
+        return "[Desktop Entry]\nType=Application\nName=X\nExec=true\nIcon=" + icon + "\n";
+    };
+    auto const url = write("entry.desktop", entry("user-home"));
+    EXPECT_EQ(pixelsOf(url), themed("user-home"));
+    EXPECT_EQ(pixelsOf(url), themed("user-home"));
+    // As long as the first one.
+    ASSERT_TRUE(showsSomething(themed("text-html")));
+    ASSERT_NE(themed("user-home"), themed("text-html"));
+    write("other.desktop", entry("text-html"));
+    ASSERT_EQ(rename(pathOf("other.desktop").constData(), pathOf("entry.desktop").constData()), 0);
+    EXPECT_EQ(pixelsOf(url), themed("text-html"));
+    ASSERT_EQ(unlink(pathOf("entry.desktop").constData()), 0);
+    EXPECT_NE(pixelsOf(url), themed("text-html"));
+    makeFolder("entry.desktop");
+    EXPECT_EQ(pixelsOf(url), themed("inode-directory"));
 }
 
 TEST_F(FileIconTest, AnAppFolderShowsAnApplication)
