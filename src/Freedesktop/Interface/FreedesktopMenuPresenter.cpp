@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <climits>
 #include <utility>
 #include <vector>
 
@@ -50,7 +51,10 @@ void FreedesktopMenuPresenter::popUp(std::shared_ptr<Menu> menu, StatusItem* ite
     auto& view = tracking_.begin(menu);
     view.refresh();
     QRect const anchor = icon.value_or(QRect(QCursor::pos(), QSize(0, 0)));
-    view.popup(pointFrom(placeMenu(rectFrom(anchor), sizeFrom(view.sizeHint()), allScreens())));
+    auto const place
+        = [anchor](QSize size) { return pointFrom(placeMenu(rectFrom(anchor), sizeFrom(size), allScreens())); };
+    // At the corner of the work area every menu is as high as it may be.
+    view.popUp(place(QSize(INT_MAX / 4, INT_MAX / 4)), place);
 }
 
 void FreedesktopMenuPresenter::cancelTracking()

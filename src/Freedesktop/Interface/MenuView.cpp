@@ -59,6 +59,13 @@ void MenuView::refresh()
     fill();
 }
 
+void MenuView::popUp(QPoint near, Placement placement)
+{
+    // To ask for the size before would lay all entries out twice: the toolkit does that again when the menu pops up.
+    placement_ = std::move(placement);
+    popup(near);
+}
+
 void MenuView::fill()
 {
     removeEntries();
@@ -132,6 +139,8 @@ void MenuView::actionEvent(QActionEvent* event)
 
 void MenuView::showEvent(QShowEvent* event)
 {
+    if (placement_)
+        move(placement_(sizeHint()));
     // The toolkit tries the same side for every submenu.
     auto const* const parent = parentView();
     if (auto const* const grandparent = parent ? parent->parentView() : nullptr) {

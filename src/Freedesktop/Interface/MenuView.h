@@ -5,6 +5,7 @@
 
 #include <QMenu>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -37,6 +38,12 @@ public:
 
     /// Sends `menuNeedsUpdate`, then shows what the menu holds.
     void refresh();
+
+    /// Tells the place of a menu of the given size.
+    using Placement = std::function<QPoint(QSize)>;
+
+    /// Shows the menu at the place that `placement` tells once its size is known, on the screen of `near`.
+    void popUp(QPoint near, Placement placement);
 
     Menu& menu() const { return *menu_; }
     MenuEntry* parentEntry() const { return parentEntry_; }
@@ -90,6 +97,8 @@ private:
     std::shared_ptr<MenuItem> highlighted_;
     /// The user's action that is being handled; absent where another program's is.
     std::optional<Event> cause_;
+    /// For the one at the top.
+    Placement placement_;
     bool opensSubmenus_ = true;
     bool isAttaching_ = false;
 };
