@@ -21,6 +21,8 @@ struct ApplicationFacts {
     bool isActive = false;
     bool isHidden = false;
     bool isThisProgram = false;
+    /// What the windows bring along; unknown where nobody has looked.
+    std::optional<Image> windowIcon;
     std::vector<ClientWindow> windows;
     /// The processes of its windows, as far as this program may end them.
     std::vector<ProcessIdentity> processes;

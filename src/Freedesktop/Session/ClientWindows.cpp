@@ -94,10 +94,11 @@ struct WindowQuestion {
     XConnection::Request machine;
     XConnection::Request netState;
     XConnection::Request type;
-    XConnection::Request wmState;
+    /// Asked only where the hidden state does not say whether a window is minimised.
+    std::optional<XConnection::Request> wmState;
 };
 
-WindowQuestion askWindow(XConnection& connection, xcb_window_t id)
+WindowQuestion askWindow(XConnection& connection, xcb_window_t id, bool supportsHiddenState)
 {
     auto const ask = [&](xcb_atom_t property, xcb_atom_t type, std::uint32_t maximumBytes) {
         return connection.request(id, property, type, maximumBytes);
@@ -111,7 +112,8 @@ WindowQuestion askWindow(XConnection& connection, xcb_window_t id)
         .machine = ask(XCB_ATOM_WM_CLIENT_MACHINE, anyType, maximumTextBytes),
         .netState = ask(atom(XAtom::netWMState), XCB_ATOM_ATOM, maximumAtomsBytes),
         .type = ask(atom(XAtom::netWMWindowType), XCB_ATOM_ATOM, maximumAtomsBytes),
-        .wmState = ask(atom(XAtom::wmState), atom(XAtom::wmState), 4),
+        .wmState
+        = supportsHiddenState ? std::nullopt : std::optional(ask(atom(XAtom::wmState), atom(XAtom::wmState), 4)),
     };
 }
 
@@ -139,8 +141,7 @@ bool isThisMachine(std::string const& machine)
     return machine.empty() || machine == "localhost" || gethostname(name, HOST_NAME_MAX) != 0 || machine == name;
 }
 
-std::optional<ClientWindow> collectWindow(
-    XConnection& connection, WindowQuestion const& question, bool supportsHiddenState)
+std::optional<ClientWindow> collectWindow(XConnection& connection, WindowQuestion const& question)
 {
     auto const wmClass = connection.collectText(question.wmClass);
     auto const gtkApplicationID = connection.collectText(question.gtkApplicationID).value_or(std::string());
@@ -148,7 +149,7 @@ std::optional<ClientWindow> collectWindow(
     auto const machine = connection.collectText(question.machine).value_or(std::string());
     auto const netState = connection.collectNumbers(question.netState);
     auto const types = connection.collectNumbers(question.type);
-    auto const wmState = firstOrNone(connection.collectNumbers(question.wmState));
+    auto const wmState = question.wmState ? firstOrNone(connection.collectNumbers(*question.wmState)) : 0;
     if (!wmClass)
         return std::nullopt;
 
@@ -167,7 +168,7 @@ std::optional<ClientWindow> collectWindow(
         || isTypeWithoutTaskbarEntry(connection, types);
     // A window on another desktop may be iconic without being minimised; the state of its own tells them apart.
     window.isMinimised
-        = supportsHiddenState ? contains(netState, connection.atom(XAtom::netWMStateHidden)) : wmState == iconicState;
+        = question.wmState ? wmState == iconicState : contains(netState, connection.atom(XAtom::netWMStateHidden));
     return window;
 }
 
@@ -184,14 +185,14 @@ ClientWindows readClientWindows(XConnection& connection)
     std::vector<WindowQuestion> questions;
     questions.reserve(manager.windows.size());
     for (auto const id : manager.windows)
-        questions.push_back(askWindow(connection, id));
+        questions.push_back(askWindow(connection, id, manager.supportsHiddenState));
 
     ClientWindows result;
     result.active = manager.active;
     // A window manager that crashed leaves its last words on the root window, but not the window it names there.
     bool const managerRuns = firstOrNone(connection.collectNumbers(check)) == manager.checkWindow;
     for (auto const& question : questions) {
-        if (auto window = collectWindow(connection, question, manager.supportsHiddenState))
+        if (auto window = collectWindow(connection, question))
             result.windows.push_back(std::move(*window));
     }
     connection.noticeQueuedEvents();
@@ -203,7 +204,7 @@ std::optional<ClientWindow> readActiveWindow(XConnection& connection)
     auto const manager = askManager(connection);
     std::optional<ClientWindow> window;
     if (manager.active != XCB_WINDOW_NONE)
-        window = collectWindow(connection, askWindow(connection, manager.active), manager.supportsHiddenState);
+        window = collectWindow(connection, askWindow(connection, manager.active, manager.supportsHiddenState));
     connection.noticeQueuedEvents();
     return window;
 }

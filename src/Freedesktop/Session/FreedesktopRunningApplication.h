@@ -4,8 +4,12 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace marrowick {
+
+/// Asks the server once for the icons that the windows of all `applications` bring along, where those are not installed.
+void lookAtIcons(std::vector<ApplicationFacts>& applications, XConnection& connection);
 
 class FreedesktopRunningApplication : public RunningApplication {
 public:
@@ -21,7 +25,7 @@ public:
     ActivationPolicy activationPolicy() const override { return facts_.policy; }
     bool isActive() const override { return facts_.isActive; }
     bool isHidden() const override { return facts_.isHidden; }
-    /// Of an application that is not installed the icon is its windows' own, which the server is asked for.
+    /// Of an application that is not installed the icon is its windows' own; the server is asked where it was not before.
     Image icon() const override;
     void activate(ActivationOptions options) override;
     void terminate() override;

@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace marrowick {
@@ -27,16 +29,31 @@ std::string executableOfProcess(pid_t pid)
     return std::string(path);
 }
 
-std::vector<ProcessIdentity> processesOf(ApplicationFacts const& application)
-{
-    std::vector<ProcessIdentity> processes;
-    for (auto const& window : application.windows) {
-        auto const process = window.pid && window.isLocal ? identityOfProcess(*window.pid) : std::nullopt;
-        if (process && std::find(processes.begin(), processes.end(), *process) == processes.end())
-            processes.push_back(*process);
+/// The processes behind windows; many windows of one process are asked about once.
+class KnownProcesses {
+public:
+    std::vector<ProcessIdentity> of(ApplicationFacts const& application)
+    {
+        std::vector<ProcessIdentity> processes;
+        for (auto const& window : application.windows) {
+            auto const process = window.pid && window.isLocal ? identityOf(*window.pid) : std::nullopt;
+            if (process && std::find(processes.begin(), processes.end(), *process) == processes.end())
+                processes.push_back(*process);
+        }
+        return processes;
     }
-    return processes;
-}
+
+private:
+    std::optional<ProcessIdentity> identityOf(pid_t pid)
+    {
+        auto const [known, isNew] = identities_.try_emplace(pid);
+        if (isNew)
+            known->second = identityOfProcess(pid);
+        return known->second;
+    }
+
+    std::unordered_map<pid_t, std::optional<ProcessIdentity>> identities_;
+};
 
 }
 
@@ -82,14 +99,16 @@ std::vector<ApplicationFacts> RunningApplications::read()
     auto const windows = readClientWindows(*connection_);
     entries_.refresh();
     auto applications = applicationsOfWindows(windows, rules_);
+    KnownProcesses processes;
     for (auto& application : applications)
-        application.processes = processesOf(application);
+        application.processes = processes.of(application);
     return applications;
 }
 
 std::vector<std::shared_ptr<RunningApplication>> RunningApplications::list()
 {
     auto known = read();
+    lookAtIcons(known, *connection_);
     appendApplicationsWithoutWindows(known, rules_);
     std::vector<std::shared_ptr<RunningApplication>> applications;
     for (auto& facts : known)

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
+#include <utility>
 
 namespace marrowick {
 
 namespace {
 
 constexpr std::uint32_t largestSide = 1024;
+/// Holds the sizes of a menu, which usually come first.
+constexpr std::uint32_t usualIconBytes = 8 * 1024;
 constexpr std::uint32_t maximumIconBytes = 1024 * 1024;
 /// Twice the side of a menu's icons, for dense screens.
 constexpr int wantedSide = 32;
@@ -37,6 +41,22 @@ std::vector<IconPlace> iconsIn(std::vector<std::uint32_t> const& property)
     return icons;
 }
 
+XConnection::Request requestIcon(ClientWindow const& window, std::uint32_t maximumBytes, XConnection& connection)
+{
+    return connection.request(window.id, connection.atom(XAtom::netWMIcon), XCB_ATOM_CARDINAL, maximumBytes);
+}
+
+/// `beginning` is what the window's property begins with. The rest is asked for only where it is needed.
+std::optional<Bitmap> iconOfWindow(
+    ClientWindow const& window, std::vector<std::uint32_t> const& beginning, XConnection& connection)
+{
+    auto icon = bestIcon(beginning, wantedSide);
+    bool const isWhole = beginning.size() * sizeof(std::uint32_t) < usualIconBytes;
+    if (isWhole || (icon && std::max(icon->width, icon->height) >= wantedSide))
+        return icon;
+    return bestIcon(connection.collectNumbers(requestIcon(window, maximumIconBytes, connection)), wantedSide);
+}
+
 }
 
 std::optional<Bitmap> bestIcon(std::vector<std::uint32_t> const& property, int side)
@@ -59,15 +79,26 @@ std::optional<Bitmap> bestIcon(std::vector<std::uint32_t> const& property, int s
         std::make_shared<std::vector<std::uint32_t> const>(first, last) };
 }
 
-std::optional<Bitmap> iconOfWindows(std::vector<ClientWindow> const& windows, XConnection& connection)
+std::vector<std::optional<Bitmap>> iconsOfWindows(
+    std::vector<std::vector<ClientWindow> const*> const& lists, XConnection& connection)
 {
-    for (auto const& window : windows) {
-        auto const request
-            = connection.request(window.id, connection.atom(XAtom::netWMIcon), XCB_ATOM_CARDINAL, maximumIconBytes);
-        if (auto icon = bestIcon(connection.collectNumbers(request), wantedSide))
-            return icon;
+    std::vector<XConnection::Request> requests;
+    for (auto const* const windows : lists) {
+        for (auto const& window : *windows)
+            requests.push_back(requestIcon(window, usualIconBytes, connection));
     }
-    return std::nullopt;
+    std::vector<std::optional<Bitmap>> icons;
+    auto request = requests.begin();
+    for (auto const* const windows : lists) {
+        std::optional<Bitmap> icon;
+        for (auto const& window : *windows) {
+            auto const property = connection.collectNumbers(*request++);
+            if (!icon)
+                icon = iconOfWindow(window, property, connection);
+        }
+        icons.push_back(std::move(icon));
+    }
+    return icons;
 }
 
 }

@@ -14,7 +14,9 @@ namespace marrowick {
 /// sense is left out, and all that comes after it.
 std::optional<Bitmap> bestIcon(std::vector<std::uint32_t> const& property, int side);
 
-/// The icon that the first of `windows` to have one brings along. Waits for the server's answers.
-std::optional<Bitmap> iconOfWindows(std::vector<ClientWindow> const& windows, XConnection& connection);
+/// For each list of windows the icon that the first of them to have one brings along. Waits for the server's answers, for
+/// all lists together where their icons are as small as usual.
+std::vector<std::optional<Bitmap>> iconsOfWindows(
+    std::vector<std::vector<ClientWindow> const*> const& lists, XConnection& connection);
 
 }

@@ -66,12 +66,40 @@ TEST_F(WindowPictureTest, WithoutAnyPictureADrawingStandsForTheApplication)
     EXPECT_EQ(iconOfA({ text }), drawing);
     // More than is ever asked for.
     EXPECT_EQ(iconOfA({ windowWith(picture(1024, 0xFF000000)) }), drawing);
+}
 
-    auto const gone = windowWith(picture(32, 0xFF000000));
-    display_.announce({ gone });
+TEST_F(WindowPictureTest, AnApplicationThatQuitKeepsItsIcon)
+{
+    auto const window = windowWith(picture(32, 0xFF00FF00));
+    display_.announce({ window });
     auto const application = find("A");
-    display_.destroy(gone);
-    EXPECT_EQ(application->icon(), drawing);
+    display_.destroy(window);
+    EXPECT_EQ(application->icon(), pictureOf(32, 0xFF00FF00));
+}
+
+TEST_F(WindowPictureTest, AnApplicationThatWasTurnedToHasItsIconToo)
+{
+    std::shared_ptr<RunningApplication> turnedTo;
+    auto const subscription = workspace_.observeActivation([&](auto const& application) { turnedTo = application; });
+    auto const window = windowWith(picture(32, 0xFF00FF00));
+    display_.announce({ window }, window);
+    ASSERT_TRUE(waitFor([&] { return turnedTo != nullptr; }));
+    EXPECT_EQ(turnedTo->icon(), pictureOf(32, 0xFF00FF00));
+    display_.destroy(window);
+    EXPECT_EQ(turnedTo->icon(), Image::systemSymbol("app"));
+}
+
+TEST_F(WindowPictureTest, ASmallPictureBehindALargeOneIsFound)
+{
+    auto pictures = picture(256, 0xFFFF0000);
+    auto const small = picture(32, 0xFF00FF00);
+    pictures.insert(pictures.end(), small.begin(), small.end());
+    EXPECT_EQ(iconOfA({ windowWith(pictures) }), pictureOf(32, 0xFF00FF00));
+    EXPECT_EQ(iconOfA({ windowWith(picture(256, 0xFF0000FF)) }), pictureOf(256, 0xFF0000FF));
+    auto tiny = picture(8, 0xFFFF0000);
+    auto const large = picture(64, 0xFF00FF00);
+    tiny.insert(tiny.end(), large.begin(), large.end());
+    EXPECT_EQ(iconOfA({ windowWith(tiny) }), pictureOf(64, 0xFF00FF00));
 }
 
 TEST_F(WindowPictureTest, AnInstalledApplicationHasItsEntrysIcon)
