@@ -39,6 +39,14 @@ QIcon iconOf(BareEntry const& entry)
     return *found;
 }
 
+std::shared_ptr<QMenu> emptyMenu()
+{
+    static ScrollableMenus style;
+    auto menu = std::make_shared<QMenu>();
+    menu->setStyle(&style);
+    return menu;
+}
+
 }
 
 std::vector<BareEntry> bareEntries(std::string const& folder)
@@ -53,11 +61,18 @@ std::vector<BareEntry> bareEntries(std::string const& folder)
 
 std::shared_ptr<QMenu> popUpBareMenu(std::vector<BareEntry> const& entries)
 {
-    static ScrollableMenus style;
-    auto menu = std::make_shared<QMenu>();
-    menu->setStyle(&style);
+    auto menu = emptyMenu();
     for (auto const& entry : entries)
         menu->addAction(iconOf(entry), entry.title);
+    menu->popup(QCursor::pos());
+    return menu;
+}
+
+std::shared_ptr<QMenu> popUpBareMenu(std::vector<BareAction> const& actions)
+{
+    auto menu = emptyMenu();
+    for (auto const& action : actions)
+        menu->addAction(action.iconName.isEmpty() ? action.icon : QIcon::fromTheme(action.iconName), action.title);
     menu->popup(QCursor::pos());
     return menu;
 }

@@ -1,6 +1,6 @@
 #include "BareMenu.h"
 #include "BenchmarkServices.h"
-#include "FirstPaint.h"
+#include "MenuMeasure.h"
 #include "MixedFolder.h"
 
 #include "Menus/MenuBuilder.h"
@@ -8,8 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
-#include <functional>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -17,35 +16,6 @@
 namespace marrowick::benchmarks {
 
 namespace {
-
-/// Pops a menu up and returns what keeps it alive.
-using PopUp = std::function<std::shared_ptr<void>()>;
-
-/// From the click to the menu's first painting. Closing it is not part of the measure.
-void measureFirstPaint(benchmark::State& state, PopUp const& popUp)
-{
-    double cpuTime = 0;
-    for (auto _ : state) {
-        FirstPaint paint;
-        auto const menu = popUp();
-        if (!paint.wait(std::chrono::seconds(30))) {
-            state.SkipWithError("no menu was painted");
-            break;
-        }
-        state.SetIterationTime(paint.wallTime().count());
-        cpuTime += paint.cpuTime().count();
-        closeMenus();
-    }
-    state.counters["cpu_ms"] = benchmark::Counter(cpuTime * 1000, benchmark::Counter::kAvgIterations);
-}
-
-void registerMenu(std::string const& name, PopUp popUp)
-{
-    benchmark::RegisterBenchmark(
-        name.c_str(), [popUp = std::move(popUp)](benchmark::State& state) { measureFirstPaint(state, popUp); })
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond);
-}
 
 void registerAll(std::map<std::size_t, std::unique_ptr<MixedFolder>>& folders)
 {
