@@ -40,7 +40,8 @@ struct BackgroundApplication {
 
 }
 
-void appendApplicationsWithoutWindows(std::vector<ApplicationFacts>& applications, ApplicationRules const& rules)
+std::vector<ApplicationFacts> applicationsWithoutWindows(
+    std::vector<ApplicationFacts> const& applications, ApplicationRules const& rules)
 {
     std::vector<BackgroundApplication> found;
     std::unordered_map<std::string, std::size_t> positions;
@@ -71,8 +72,10 @@ void appendApplicationsWithoutWindows(std::vector<ApplicationFacts>& application
     }
     std::stable_sort(found.begin(), found.end(),
         [](BackgroundApplication const& a, BackgroundApplication const& b) { return a.startTime < b.startTime; });
-    std::transform(found.begin(), found.end(), std::back_inserter(applications),
+    std::vector<ApplicationFacts> result;
+    std::transform(found.begin(), found.end(), std::back_inserter(result),
         [](BackgroundApplication& application) { return std::move(application.facts); });
+    return result;
 }
 
 }

@@ -6,8 +6,9 @@
 
 namespace marrowick {
 
-/// Appends the user's processes whose program belongs to an installed application that is not among `applications`, one
-/// record per application, in the order in which they were started.
-void appendApplicationsWithoutWindows(std::vector<ApplicationFacts>& applications, ApplicationRules const& rules);
+/// The user's processes whose program belongs to an installed application that is not among `applications`, one record per
+/// application, in the order in which they were started.
+std::vector<ApplicationFacts> applicationsWithoutWindows(
+    std::vector<ApplicationFacts> const& applications, ApplicationRules const& rules);
 
 }

@@ -174,7 +174,7 @@ std::optional<ClientWindow> collectWindow(XConnection& connection, WindowQuestio
 
 }
 
-ClientWindows readClientWindows(XConnection& connection)
+ClientWindows readClientWindows(XConnection& connection, std::function<void()> const& meanwhile)
 {
     auto manager = askManager(connection);
     if (manager.active != XCB_WINDOW_NONE && !contains(manager.windows, manager.active))
@@ -186,6 +186,10 @@ ClientWindows readClientWindows(XConnection& connection)
     questions.reserve(manager.windows.size());
     for (auto const id : manager.windows)
         questions.push_back(askWindow(connection, id, manager.supportsHiddenState));
+    if (meanwhile) {
+        connection.sendRequests();
+        meanwhile();
+    }
 
     ClientWindows result;
     result.active = manager.active;

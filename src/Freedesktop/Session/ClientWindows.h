@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,8 +32,8 @@ struct ClientWindows {
 };
 
 /// What the window manager says at this moment; nothing where none runs. A window that vanishes meanwhile is left out.
-/// Costs two round trips however many windows there are.
-ClientWindows readClientWindows(XConnection& connection);
+/// Costs two round trips however many windows there are; `meanwhile` is done while the server answers.
+ClientWindows readClientWindows(XConnection& connection, std::function<void()> const& meanwhile = {});
 
 /// The active window alone; absent where there is none or it vanished.
 std::optional<ClientWindow> readActiveWindow(XConnection& connection);

@@ -19,7 +19,8 @@ Image imageOf(std::optional<Bitmap> icon)
 
 }
 
-void lookAtIcons(std::vector<ApplicationFacts>& applications, XConnection& connection)
+void lookAtIcons(
+    std::vector<ApplicationFacts>& applications, XConnection& connection, std::function<void()> const& meanwhile)
 {
     std::vector<ApplicationFacts*> iconless;
     std::vector<std::vector<ClientWindow> const*> windows;
@@ -29,7 +30,7 @@ void lookAtIcons(std::vector<ApplicationFacts>& applications, XConnection& conne
         iconless.push_back(&application);
         windows.push_back(&application.windows);
     }
-    auto icons = iconsOfWindows(windows, connection);
+    auto icons = iconsOfWindows(windows, connection, meanwhile);
     for (std::size_t i = 0; i < iconless.size(); ++i)
         iconless[i]->windowIcon = imageOf(std::move(icons[i]));
 }

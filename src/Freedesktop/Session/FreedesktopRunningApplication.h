@@ -2,6 +2,7 @@
 
 #include "Freedesktop/Session/ApplicationFacts.h"
 
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -9,7 +10,9 @@
 namespace marrowick {
 
 /// Asks the server once for the icons that the windows of all `applications` bring along, where those are not installed.
-void lookAtIcons(std::vector<ApplicationFacts>& applications, XConnection& connection);
+/// `meanwhile` is done while it answers.
+void lookAtIcons(
+    std::vector<ApplicationFacts>& applications, XConnection& connection, std::function<void()> const& meanwhile);
 
 class FreedesktopRunningApplication : public RunningApplication {
 public:

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
@@ -96,8 +97,7 @@ RunningApplications::~RunningApplications()
 
 std::vector<ApplicationFacts> RunningApplications::read()
 {
-    auto const windows = readClientWindows(*connection_);
-    entries_.refresh();
+    auto const windows = readClientWindows(*connection_, [this] { entries_.refresh(); });
     auto applications = applicationsOfWindows(windows, rules_);
     KnownProcesses processes;
     for (auto& application : applications)
@@ -108,8 +108,9 @@ std::vector<ApplicationFacts> RunningApplications::read()
 std::vector<std::shared_ptr<RunningApplication>> RunningApplications::list()
 {
     auto known = read();
-    lookAtIcons(known, *connection_);
-    appendApplicationsWithoutWindows(known, rules_);
+    std::vector<ApplicationFacts> withoutWindows;
+    lookAtIcons(known, *connection_, [&] { withoutWindows = applicationsWithoutWindows(known, rules_); });
+    std::move(withoutWindows.begin(), withoutWindows.end(), std::back_inserter(known));
     std::vector<std::shared_ptr<RunningApplication>> applications;
     for (auto& facts : known)
         applications.push_back(std::make_shared<FreedesktopRunningApplication>(std::move(facts), connection_));

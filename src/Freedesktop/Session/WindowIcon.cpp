@@ -79,13 +79,17 @@ std::optional<Bitmap> bestIcon(std::vector<std::uint32_t> const& property, int s
         std::make_shared<std::vector<std::uint32_t> const>(first, last) };
 }
 
-std::vector<std::optional<Bitmap>> iconsOfWindows(
-    std::vector<std::vector<ClientWindow> const*> const& lists, XConnection& connection)
+std::vector<std::optional<Bitmap>> iconsOfWindows(std::vector<std::vector<ClientWindow> const*> const& lists,
+    XConnection& connection, std::function<void()> const& meanwhile)
 {
     std::vector<XConnection::Request> requests;
     for (auto const* const windows : lists) {
         for (auto const& window : *windows)
             requests.push_back(requestIcon(window, usualIconBytes, connection));
+    }
+    if (meanwhile) {
+        connection.sendRequests();
+        meanwhile();
     }
     std::vector<std::optional<Bitmap>> icons;
     auto request = requests.begin();

@@ -4,6 +4,7 @@
 #include "Platform/Image.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -15,8 +16,8 @@ namespace marrowick {
 std::optional<Bitmap> bestIcon(std::vector<std::uint32_t> const& property, int side);
 
 /// For each list of windows the icon that the first of them to have one brings along. Waits for the server's answers, for
-/// all lists together where their icons are as small as usual.
-std::vector<std::optional<Bitmap>> iconsOfWindows(
-    std::vector<std::vector<ClientWindow> const*> const& lists, XConnection& connection);
+/// all lists together where their icons are as small as usual; `meanwhile` is done while it answers.
+std::vector<std::optional<Bitmap>> iconsOfWindows(std::vector<std::vector<ClientWindow> const*> const& lists,
+    XConnection& connection, std::function<void()> const& meanwhile = {});
 
 }

@@ -94,6 +94,11 @@ XConnection::Request XConnection::request(
     return { xcb_get_property(connection_.get(), 0, window, property, type, 0, maximumBytes / 4).sequence };
 }
 
+void XConnection::sendRequests()
+{
+    xcb_flush(connection_.get());
+}
+
 XConnection::PropertyReply XConnection::collect(Request request)
 {
     xcb_generic_error_t* error = nullptr;

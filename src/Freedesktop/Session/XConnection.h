@@ -66,6 +66,8 @@ public:
         unsigned int sequence = 0;
     };
     Request request(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint32_t maximumBytes);
+    /// Sends what was asked for. Collecting does that too.
+    void sendRequests();
 
     /// The bytes of a text property, empty where it is missing or is no text; absent where the window is missing.
     std::optional<std::string> collectText(Request request);
