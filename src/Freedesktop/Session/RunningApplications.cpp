@@ -9,6 +9,7 @@
 #include <array>
 #include <iterator>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -98,7 +99,15 @@ RunningApplications::~RunningApplications()
 std::vector<ApplicationFacts> RunningApplications::read()
 {
     auto const windows = readClientWindows(*connection_, [this] { entries_.refresh(); });
-    auto applications = applicationsOfWindows(windows, rules_);
+    std::unordered_map<pid_t, std::string> executables;
+    auto rules = rules_;
+    rules.executableOf = [&](pid_t pid) {
+        auto const [known, isNew] = executables.try_emplace(pid);
+        if (isNew)
+            known->second = rules_.executableOf(pid);
+        return known->second;
+    };
+    auto applications = applicationsOfWindows(windows, rules);
     KnownProcesses processes;
     for (auto& application : applications)
         application.processes = processes.of(application);
