@@ -24,7 +24,7 @@ constexpr std::array iconNames { "accessories-calculator", "accessories-text-edi
 constexpr std::array languages { "ar", "ca", "cs", "da", "de", "el", "es", "fi", "fr", "gl", "he", "hu", "id", "it",
     "ja", "ko", "lt", "nb", "nl", "pl", "pt", "pt_BR", "ro", "ru", "sk", "sl", "sr", "sv", "tr", "uk", "vi", "zh_CN" };
 
-/// A file of some 4 kB, as those of applications with translations are.
+/// A file of some 5 kB, as those of applications with translations are.
 std::string entryOf(InstalledCrowd::Application const& application)
 {
     std::string text = "[Desktop Entry]\nType=Application\nVersion=1.0\nName=" + application.name + "\n";
