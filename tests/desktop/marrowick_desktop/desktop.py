@@ -47,6 +47,15 @@ class Desktop:
                                       self.logs / "openbox.log")
         wait_for(lambda: self.screen.property(self.screen.root, "_NET_SUPPORTING_WM_CHECK") is not None,
                  "the window manager")
+        probe = Window("Probe")
+        wait_for(lambda: self._is_managed(probe), "the window manager to take care of windows")
+        probe.close()
+
+    def _is_managed(self, window):
+        # It oversees requests that come while it starts, until something else happens, such as a property that changes.
+        self.screen.root.change_property(self.screen.display.intern_atom("_MARROWICK_TEST"), Xatom.STRING, 8, b"x")
+        self.screen.display.sync()
+        return window.is_listed(self.screen)
 
     def set(self, key, value):
         """Sets a setting as a user does it from outside; `value` is text in the notation of `dconf write`."""
