@@ -4,6 +4,8 @@
 #include "Freedesktop/Files/FreedesktopDefaultsStore.h"
 #include "Freedesktop/Files/FreedesktopFileContents.h"
 #include "Freedesktop/Files/FreedesktopFileManager.h"
+#include "Freedesktop/Files/FreedesktopFileTypes.h"
+#include "Freedesktop/Files/FreedesktopFormats.h"
 #include "Freedesktop/Files/FreedesktopLog.h"
 #include "Freedesktop/Files/SystemClock.h"
 #include "Freedesktop/Interface/FreedesktopAlerts.h"
@@ -11,7 +13,10 @@
 #include "Freedesktop/Interface/FreedesktopDispatch.h"
 #include "Freedesktop/Interface/FreedesktopEvents.h"
 #include "Freedesktop/Interface/FreedesktopMenuPresenter.h"
+#include "Freedesktop/Interface/FreedesktopPasteboard.h"
 #include "Freedesktop/Interface/FreedesktopStatusBar.h"
+#include "Freedesktop/Interface/FreedesktopThumbnails.h"
+#include "Freedesktop/Interface/FreedesktopWindows.h"
 #include "Freedesktop/Interface/Icons.h"
 #include "Freedesktop/Session/FreedesktopScriptingBridge.h"
 #include "Freedesktop/Session/FreedesktopTasks.h"
@@ -20,6 +25,7 @@
 #include "Freedesktop/Transfer/FreedesktopFileTransfer.h"
 #include "Platform/Platform.h"
 
+#include <cstdlib>
 #include <memory>
 #include <utility>
 
@@ -42,11 +48,17 @@ Platform makePlatform(int& argc, char** argv)
     services.fileTransfer = std::make_unique<FreedesktopFileTransfer>();
     services.collation = std::make_unique<FreedesktopCollation>(collationLocale(localeEnvironment()), *log);
     services.defaultsStore = std::make_unique<FreedesktopDefaultsStore>(*log);
+    services.fileTypes = std::make_unique<FreedesktopFileTypes>();
+    services.formats = std::make_unique<FreedesktopFormats>(
+        dateLocale(std::getenv("LC_ALL"), std::getenv("LC_TIME"), std::getenv("LANG")));
     services.tasks = std::make_unique<FreedesktopTasks>();
     services.workspace = std::make_unique<FreedesktopWorkspace>(
         windows, gate, application->bundleIdentifier().value_or(std::string()));
     services.scriptingBridge = std::make_unique<FreedesktopScriptingBridge>(windows);
     services.menuPresenter = std::make_unique<FreedesktopMenuPresenter>(*events, gate);
+    services.pasteboard = std::make_unique<FreedesktopPasteboard>();
+    services.thumbnails = std::make_unique<FreedesktopThumbnails>(gate);
+    services.windows = std::make_unique<FreedesktopWindows>(gate);
     services.alerts = std::make_unique<FreedesktopAlerts>(gate);
     services.statusBar = std::make_unique<FreedesktopStatusBar>(*events, gate, *log);
     services.events = std::move(events);

@@ -19,7 +19,10 @@ public:
     /// meanwhile, is `tooLarge`.
     virtual Result<std::string> read(FileURL const& url, std::size_t limit) const = 0;
 
-    /// The same, but a link at `url` is no regular file.
+    /// At most the first `count` bytes of a regular file, by the same rules.
+    virtual Result<std::string> readBeginning(FileURL const& url, std::size_t count) const = 0;
+
+    /// The same as `read`, but a link at `url` is no regular file.
     virtual Result<std::string> readUnlessLink(FileURL const& url, std::size_t limit) const = 0;
 
     /// Puts `content` in the place of the file at `url`, or makes it where there is none, by one rename within its folder:

@@ -16,7 +16,7 @@ namespace marrowick {
 using FileTime = std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds>;
 
 /// What is asked of an item. Values that were not asked for may be absent.
-enum class ResourceKey : std::uint8_t {
+enum class ResourceKey : std::uint16_t {
     isDirectory = 1,
     isAliasFile = 2,
     isApplication = 4,
@@ -29,25 +29,26 @@ enum class ResourceKey : std::uint8_t {
     /// Whether it is a directory that people take for one document or program.
     isPackage = 64,
     isRegularFile = 128,
+    fileSize = 256,
 };
 
 class ResourceKeys {
 public:
     constexpr ResourceKeys() = default;
     constexpr ResourceKeys(ResourceKey key)
-        : bits_(static_cast<std::uint8_t>(key))
+        : bits_(static_cast<std::uint16_t>(key))
     {
     }
-    constexpr bool contains(ResourceKey key) const { return (bits_ & static_cast<std::uint8_t>(key)) != 0; }
+    constexpr bool contains(ResourceKey key) const { return (bits_ & static_cast<std::uint16_t>(key)) != 0; }
     friend constexpr ResourceKeys operator|(ResourceKeys a, ResourceKeys b)
     {
         ResourceKeys both;
-        both.bits_ = static_cast<std::uint8_t>(a.bits_ | b.bits_);
+        both.bits_ = static_cast<std::uint16_t>(a.bits_ | b.bits_);
         return both;
     }
 
 private:
-    std::uint8_t bits_ = 0;
+    std::uint16_t bits_ = 0;
 };
 
 constexpr ResourceKeys operator|(ResourceKey a, ResourceKey b)
@@ -65,6 +66,8 @@ struct ResourceValues {
     std::optional<bool> aliasTargetIsDirectory;
     std::optional<bool> isPackage;
     std::optional<bool> isRegularFile;
+    /// In bytes.
+    std::optional<std::uint64_t> fileSize;
 };
 
 /// An item as a directory listing tells it.

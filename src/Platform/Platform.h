@@ -10,11 +10,16 @@
 #include "Platform/FileContents.h"
 #include "Platform/FileManager.h"
 #include "Platform/FileTransfer.h"
+#include "Platform/FileTypes.h"
+#include "Platform/Formats.h"
 #include "Platform/Log.h"
 #include "Platform/MenuPresenter.h"
+#include "Platform/Pasteboard.h"
 #include "Platform/ScriptingBridge.h"
 #include "Platform/StatusItem.h"
 #include "Platform/Tasks.h"
+#include "Platform/Thumbnails.h"
+#include "Platform/Windows.h"
 #include "Platform/Workspace.h"
 
 #include <memory>
@@ -34,11 +39,16 @@ struct Platform {
     /// Before those that its background tasks may use are gone, it is.
     std::unique_ptr<Dispatch> dispatch;
     std::unique_ptr<DefaultsStore> defaultsStore;
+    std::unique_ptr<FileTypes> fileTypes;
+    std::unique_ptr<Formats> formats;
     std::unique_ptr<Events> events;
     std::unique_ptr<Tasks> tasks;
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<ScriptingBridge> scriptingBridge;
     std::unique_ptr<MenuPresenter> menuPresenter;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<Thumbnails> thumbnails;
+    std::unique_ptr<Windows> windows;
     std::unique_ptr<Alerts> alerts;
     std::unique_ptr<StatusBar> statusBar;
 };

@@ -31,6 +31,12 @@ public:
         return real ? real->read(url, limit) : refusal();
     }
 
+    Result<std::string> readBeginning(FileURL const& url, std::size_t count) const override
+    {
+        auto const* real = asked(url);
+        return real ? real->readBeginning(url, count) : refusal();
+    }
+
     Result<std::string> readUnlessLink(FileURL const& url, std::size_t limit) const override
     {
         auto const* real = asked(url);

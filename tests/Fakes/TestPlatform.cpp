@@ -23,6 +23,10 @@ struct TestPlatform::Services {
     std::unique_ptr<FakeFileContents> fileContents;
     std::unique_ptr<FakeFileTransfer> fileTransfer;
     std::unique_ptr<FakeDefaultsStore> defaults = std::make_unique<FakeDefaultsStore>();
+    std::unique_ptr<FakeFileTypes> fileTypes = std::make_unique<FakeFileTypes>();
+    std::unique_ptr<FakePasteboard> pasteboard = std::make_unique<FakePasteboard>();
+    std::unique_ptr<FakeThumbnails> thumbnails = std::make_unique<FakeThumbnails>(*dispatch);
+    std::unique_ptr<FakeWindows> windows = std::make_unique<FakeWindows>(*calls, *dispatch);
     std::unique_ptr<FakeTasks> tasks = std::make_unique<FakeTasks>(*calls);
     std::unique_ptr<FakeWorkspace> workspace = std::make_unique<FakeWorkspace>(*calls, *dispatch);
     std::unique_ptr<FakeFinder> finder = std::make_unique<FakeFinder>(*calls);
@@ -43,6 +47,11 @@ struct TestPlatform::Services {
         platform.collation = std::make_unique<FakeCollation>();
         platform.defaultsStore = std::move(defaults);
         platform.events = std::move(events);
+        platform.fileTypes = std::move(fileTypes);
+        platform.formats = std::make_unique<FakeFormats>();
+        platform.pasteboard = std::move(pasteboard);
+        platform.thumbnails = std::move(thumbnails);
+        platform.windows = std::move(windows);
         platform.tasks = std::move(tasks);
         platform.workspace = std::move(workspace);
         platform.scriptingBridge = std::move(finder);
@@ -76,6 +85,10 @@ TestPlatform::TestPlatform(Services services)
     , fileContents(*services.fileContents)
     , fileTransfer(*services.fileTransfer)
     , defaults(*services.defaults)
+    , fileTypes(*services.fileTypes)
+    , pasteboard(*services.pasteboard)
+    , thumbnails(*services.thumbnails)
+    , windows(*services.windows)
     , tasks(*services.tasks)
     , workspace(*services.workspace)
     , finder(*services.finder)

@@ -11,11 +11,14 @@
 #include "Fakes/FakeFileContents.h"
 #include "Fakes/FakeFileManager.h"
 #include "Fakes/FakeFileTransfer.h"
+#include "Fakes/FakeFileTypes.h"
 #include "Fakes/FakeFinder.h"
 #include "Fakes/FakeLog.h"
 #include "Fakes/FakeMenuPresenter.h"
 #include "Fakes/FakeStatusBar.h"
 #include "Fakes/FakeTasks.h"
+#include "Fakes/FakeThumbnails.h"
+#include "Fakes/FakeWindows.h"
 #include "Fakes/FakeWorkspace.h"
 #include "Platform/Platform.h"
 
@@ -49,6 +52,10 @@ public:
     FakeFileContents& fileContents;
     FakeFileTransfer& fileTransfer;
     FakeDefaultsStore& defaults;
+    FakeFileTypes& fileTypes;
+    FakePasteboard& pasteboard;
+    FakeThumbnails& thumbnails;
+    FakeWindows& windows;
     FakeTasks& tasks;
     FakeWorkspace& workspace;
     FakeFinder& finder;

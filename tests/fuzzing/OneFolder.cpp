@@ -76,6 +76,7 @@ public:
             return noSuchFile();
         return *folder_.orderFile;
     }
+    Result<std::string> readBeginning(FileURL const&, std::size_t) const override { return noSuchFile(); }
     Result<std::string> readUnlessLink(FileURL const& url, std::size_t limit) const override
     {
         return read(url, limit);

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <utility>
+#include <variant>
 
 namespace marrowick {
 
@@ -25,14 +26,18 @@ Error readError(ReadError const& error, FileURL const& url)
     return fileError(error.number, "Could not read", url);
 }
 
+Result<std::string> outcome(std::variant<std::string, ReadError> content, FileURL const& url)
+{
+    if (auto* error = std::get_if<ReadError>(&content))
+        return readError(*error, url);
+    return std::get<std::string>(std::move(content));
+}
+
 Result<std::string> readFile(FileURL const& url, std::size_t limit, Links links)
 {
     if (!isSystemPath(url))
         return fileError(ENOENT, "Could not read", url);
-    auto content = readRegularFile(AT_FDCWD, url.path().c_str(), limit, links);
-    if (auto* error = std::get_if<ReadError>(&content))
-        return readError(*error, url);
-    return std::get<std::string>(std::move(content));
+    return outcome(readRegularFile(AT_FDCWD, url.path().c_str(), limit, links), url);
 }
 
 }
@@ -40,6 +45,13 @@ Result<std::string> readFile(FileURL const& url, std::size_t limit, Links links)
 Result<std::string> FreedesktopFileContents::read(FileURL const& url, std::size_t limit) const
 {
     return readFile(url, limit, Links::followed);
+}
+
+Result<std::string> FreedesktopFileContents::readBeginning(FileURL const& url, std::size_t count) const
+{
+    if (!isSystemPath(url))
+        return fileError(ENOENT, "Could not read", url);
+    return outcome(readBeginningOfRegularFile(AT_FDCWD, url.path().c_str(), count), url);
 }
 
 Result<std::string> FreedesktopFileContents::readUnlessLink(FileURL const& url, std::size_t limit) const

@@ -70,13 +70,17 @@ ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, Resourc
 {
     ResourceValues values;
     bool const wantsDate = keys.contains(ResourceKey::contentModificationDate);
-    if (wantsDate || kind == ItemKind::unknown) {
-        unsigned const mask = (wantsDate ? STATX_MTIME : 0U) | (kind == ItemKind::unknown ? STATX_TYPE : 0U);
+    bool const wantsSize = keys.contains(ResourceKey::fileSize);
+    if (wantsDate || wantsSize || kind == ItemKind::unknown) {
+        unsigned const mask = (wantsDate ? STATX_MTIME : 0U) | (wantsSize ? STATX_SIZE : 0U)
+            | (kind == ItemKind::unknown ? STATX_TYPE : 0U);
         struct statx status { };
         bool const isRead
             = ::statx(place.directory, place.name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, mask, &status) == 0;
         if (isRead && wantsDate && (status.stx_mask & STATX_MTIME))
             values.contentModificationDate = fileTime(status.stx_mtime);
+        if (isRead && wantsSize && (status.stx_mask & STATX_SIZE))
+            values.fileSize = status.stx_size;
         if (isRead && kind == ItemKind::unknown)
             kind = itemKindOfMode(status.stx_mode);
     }

@@ -30,4 +30,7 @@ enum class Links {
 std::variant<std::string, ReadError> readRegularFile(
     int directory, char const* path, std::size_t limit, Links links = Links::followed);
 
+/// At most the first `count` bytes of the regular file at `path`, by the same rules; links are followed.
+std::variant<std::string, ReadError> readBeginningOfRegularFile(int directory, char const* path, std::size_t count);
+
 }
