@@ -1,7 +1,7 @@
 #include "Freedesktop/Interface/FreedesktopWindows.h"
 
 #include "Freedesktop/Interface/InfoPanelWindow.h"
-#include "Freedesktop/Interface/PreviewWindow.h"
+#include "Freedesktop/Preview/PreviewWindow.h"
 #include "Freedesktop/Interface/SettingsWindow.h"
 
 #include <utility>
