@@ -67,6 +67,17 @@ QImage decoded(QByteArray content)
     return reader.read();
 }
 
+/// Whether an element draws a picture that is not part of the text: opening it may wait, or have no end.
+bool namesOtherFile(QXmlStreamReader const& element)
+{
+    if (element.name() != QLatin1String("image"))
+        return false;
+    auto const attributes = element.attributes();
+    return std::any_of(attributes.begin(), attributes.end(), [](QXmlStreamAttribute const& attribute) {
+        return attribute.name() == QLatin1String("href") && !attribute.value().startsWith(QLatin1String("data:"));
+    });
+}
+
 }
 
 std::optional<QByteArray> readRegularFile(char const* path, qsizetype limit)
@@ -114,6 +125,8 @@ bool isHarmlessSvg(QByteArray const& text)
                 return false;
             if (reader.name() == QLatin1String("use") && ++references > mostReferences)
                 return false;
+            if (namesOtherFile(reader))
+                return false;
             break;
         case QXmlStreamReader::EndElement:
             --depth;
@@ -129,7 +142,11 @@ bool isHarmlessSvg(QByteArray const& text)
         case QXmlStreamReader::Characters:
         case QXmlStreamReader::Comment:
         case QXmlStreamReader::EntityReference:
+            break;
         case QXmlStreamReader::ProcessingInstruction:
+            // The renderer would read the file that it names.
+            if (reader.processingInstructionTarget() == QLatin1String("xml-stylesheet"))
+                return false;
             break;
         }
     }

@@ -15,8 +15,8 @@ std::optional<QByteArray> readRegularFile(char const* path, qsizetype limit);
 /// work: the file can come from anywhere.
 QIcon pictureIcon(char const* path);
 
-/// Whether drawing the SVG text takes work in proportion to its size: references that multiply each other and nesting
-/// that has no end are refused.
+/// Whether drawing the SVG text takes work in proportion to its size and reads nothing else: references that multiply each
+/// other, nesting that has no end and other files are refused.
 bool isHarmlessSvg(QByteArray const& text);
 
 }

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 namespace marrowick {
@@ -53,11 +54,11 @@ void ImageView::clear()
     update();
 }
 
-QSize ImageView::naturalSize() const
+QSize ImageView::wantedSize(QSize room) const
 {
-    if (content_.isDrawing)
-        return content_.naturalSize;
-    auto const size = QSizeF(content_.naturalSize) / devicePixelRatioF();
+    auto size = QSizeF(content_.naturalSize) / (content_.isDrawing ? 1 : devicePixelRatioF());
+    if (size.width() > room.width() || size.height() > room.height())
+        size.scale(room, Qt::KeepAspectRatio);
     return { static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height())) };
 }
 
@@ -81,9 +82,9 @@ void ImageView::paintEvent(QPaintEvent*)
     if (shown.width() > room.width() || shown.height() > room.height())
         shown = shown.scaled(room, Qt::KeepAspectRatio).expandedTo({ 1, 1 });
     // The decoder rounds in its own way.
-    if ((shown - content_.image.size()).width() * (shown - content_.image.size()).width() <= 1
-        && (shown - content_.image.size()).height() * (shown - content_.image.size()).height() <= 1)
-        shown = content_.image.size();
+    if (QSize const image = content_.image.size();
+        std::abs(image.width() - shown.width()) <= 1 && std::abs(image.height() - shown.height()) <= 1)
+        shown = image;
 
     QPointF const corner = QPointF((room.width() - shown.width()) / 2, (room.height() - shown.height()) / 2) / scale;
     QRectF const area(corner, QSizeF(shown) / scale);

@@ -14,8 +14,8 @@ public:
     void show(ImageContent content);
     void clear();
 
-    /// The picture's own size on this screen.
-    QSize naturalSize() const;
+    /// The picture's own size on this screen, or what it takes in a smaller `room`.
+    QSize wantedSize(QSize room) const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

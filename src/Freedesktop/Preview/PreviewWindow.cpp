@@ -180,7 +180,7 @@ struct PreviewWindow::Show {
     {
         window.image_->show(std::move(content));
         window.image_->setAccessibleName(displayText(url.lastPathComponent()));
-        window.present(*window.image_, window.image_->naturalSize(), room);
+        window.present(*window.image_, window.image_->wantedSize(room), room);
     }
 
     void operator()(TextContent const& content) const

@@ -37,7 +37,8 @@ QByteArray withoutCutOffEnd(QByteArray const& bytes)
 
 std::optional<QString> decoded(QByteArray const& bytes, QStringConverter::Encoding encoding)
 {
-    QStringDecoder decoder(encoding);
+    // Half a character at the end is an error, too.
+    QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
     QString text = decoder.decode(bytes);
     return decoder.hasError() ? std::nullopt : std::optional(text);
 }

@@ -5,9 +5,11 @@
 #include <QFontDatabase>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
 
 #include <algorithm>
+#include <utility>
 
 namespace marrowick {
 
@@ -20,6 +22,8 @@ constexpr int fewestLines = 8;
 constexpr int tabColumns = 8;
 /// Laying out takes time that grows faster than a line does.
 constexpr qsizetype longestLine = 2000;
+/// Each takes some microseconds to become a part of the document.
+constexpr int linesAtATime = 5000;
 
 }
 
@@ -34,12 +38,45 @@ TextView::TextView(QWidget* parent)
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setTabStopDistance(tabColumns * fontMetrics().horizontalAdvance(u' '));
     document()->setDocumentMargin(margin);
+    connect(&appending_, &QTimer::timeout, this, [this] { appendLines(); });
 }
 
 void TextView::show(TextContent const& content)
 {
-    setPlainText(withShortLines(content.text, longestLine));
+    whole_ = withShortLines(content.text, longestLine);
+    shownLength_ = 0;
+    setPlainText(nextLines().toString());
     verticalScrollBar()->setValue(0);
+    appending_.start();
+}
+
+void TextView::clear()
+{
+    appending_.stop();
+    whole_.clear();
+    QPlainTextEdit::clear();
+}
+
+QStringView TextView::nextLines()
+{
+    auto end = shownLength_;
+    for (int line = 0; line < linesAtATime && end < whole_.size(); ++line) {
+        auto const lineEnd = whole_.indexOf(u'\n', end);
+        end = lineEnd < 0 ? whole_.size() : lineEnd + 1;
+    }
+    auto const begin = std::exchange(shownLength_, end);
+    return QStringView(whole_).mid(begin, end - begin);
+}
+
+void TextView::appendLines()
+{
+    if (shownLength_ == whole_.size()) {
+        appending_.stop();
+        return;
+    }
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(nextLines().toString());
 }
 
 QSize TextView::wantedSize(QSize room) const
