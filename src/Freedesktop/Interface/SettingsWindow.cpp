@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -117,8 +118,9 @@ QLayout* SettingsWindow::sortSection(PreferencesLayout const& layout)
     auto* const label = new QLabel(titleText(layout.sortLabel), content_);
     for (auto const& title : layout.sortTitles)
         sortPopup_->addItem(displayText(title));
-    sortPopup_->setAccessibleName(displayText(layout.sortLabel));
-    connect(sortPopup_, &QComboBox::activated, this,
+    // A screen reader says the label, then the choice.
+    label->setBuddy(sortPopup_);
+    connect(sortPopup_, &QComboBox::currentIndexChanged, this,
         [this](int index) { handlers_.sortModeChanged(static_cast<std::size_t>(std::max(index, 0))); });
     auto* const section = column();
     section->addWidget(label);
@@ -137,8 +139,8 @@ QLayout* SettingsWindow::checkboxSection(CheckboxGroup const& group)
     section->addWidget(heading);
     for (auto const& [tag, title] : group.checkboxes) {
         auto* const checkbox = new QCheckBox(titleText(title), content_);
-        // What the user does, and not what the program sets.
-        connect(checkbox, &QCheckBox::clicked, this,
+        // Whoever toggles it: an accessibility client presses nothing.
+        connect(checkbox, &QCheckBox::toggled, this,
             [this, tag = tag](bool isOn) { handlers_.checkboxToggled(tag, isOn); });
         checkboxes_[tag] = checkbox;
         section->addWidget(checkbox);
@@ -162,13 +164,17 @@ void SettingsWindow::showFolder()
 
 void SettingsWindow::selectSortMode(std::size_t index)
 {
+    QSignalBlocker const blocker(sortPopup_);
     sortPopup_->setCurrentIndex(static_cast<int>(index));
 }
 
 void SettingsWindow::setChecked(std::size_t tag, bool isOn)
 {
-    if (auto const found = checkboxes_.find(tag); found != checkboxes_.end())
-        found->second->setChecked(isOn);
+    auto const found = checkboxes_.find(tag);
+    if (found == checkboxes_.end())
+        return;
+    QSignalBlocker const blocker(found->second);
+    found->second->setChecked(isOn);
 }
 
 void SettingsWindow::show()

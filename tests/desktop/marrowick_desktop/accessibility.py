@@ -6,7 +6,7 @@ from .screen import Area
 from .waiting import wait_for
 
 ACCESSIBLE = "org.a11y.atspi.Accessible"
-STATES = {"active": 1, "enabled": 8, "focused": 12, "has-tooltip": 13, "selected": 23, "sensitive": 24, "showing": 25,
+STATES = {"active": 1, "checked": 4, "enabled": 8, "focused": 12, "has-tooltip": 13, "selected": 23, "sensitive": 24, "showing": 25,
           "visible": 30, "has-popup": 42, "expandable": 9, "defunct": 6}
 
 
@@ -96,6 +96,10 @@ class Accessible:
 
     def actions(self):
         return [action[0] for action in self._ask("org.a11y.atspi.Action", "GetActions")[0]]
+
+    def text(self):
+        """What a text area holds."""
+        return self._ask("org.a11y.atspi.Text", "GetText", GLib.Variant("(ii)", (0, -1)))[0]
 
     def key_binding(self):
         """The keys that a client would say for the object's action; empty for none."""
