@@ -16,7 +16,6 @@
 #include <QStyle>
 
 #include <algorithm>
-#include <iterator>
 
 namespace marrowick {
 
@@ -25,22 +24,6 @@ namespace {
 bool isAnswerKey(int key)
 {
     return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape || key == Qt::Key_Space;
-}
-
-/// The X key codes of the keys that are down.
-std::set<quint32> pressedKeys()
-{
-    auto* const connection = xcbConnection();
-    if (!connection)
-        return {};
-    XcbReply<xcb_query_keymap_reply_t> const reply(
-        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
-    std::set<quint32> pressed;
-    for (quint32 code = 0; reply && code < 8 * std::size(reply->keys); ++code) {
-        if (reply->keys[code / 8] >> code % 8 & 1)
-            pressed.insert(code);
-    }
-    return pressed;
 }
 
 QScreen& activeScreen()
@@ -186,7 +169,7 @@ void AlertWindow::showInFront()
 bool AlertWindow::event(QEvent* event)
 {
     if (event->type() == QEvent::WindowActivate)
-        heldKeys_ = pressedKeys();
+        heldKeys_ = xcbPressedKeys();
     return QDialog::event(event);
 }
 
@@ -214,7 +197,7 @@ bool AlertWindow::isHeldOver(QKeyEvent const& event) const
 void AlertWindow::noteRelease(QKeyEvent const& event)
 {
     // A repetition is reported as a release and a press. The toolkit knows the one by the other, unless it comes too late.
-    if (!event.isAutoRepeat() && !pressedKeys().contains(event.nativeScanCode()))
+    if (!event.isAutoRepeat() && !xcbPressedKeys().contains(event.nativeScanCode()))
         heldKeys_.erase(event.nativeScanCode());
 }
 

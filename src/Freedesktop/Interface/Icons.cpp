@@ -1,5 +1,6 @@
 #include "Freedesktop/Interface/Icons.h"
 
+#include "Freedesktop/Interface/Bitmaps.h"
 #include "Freedesktop/Interface/Conversions.h"
 #include "Freedesktop/Interface/FileIcons.h"
 #include "Freedesktop/Interface/Symbols.h"
@@ -131,17 +132,6 @@ private:
     std::optional<FoundFileIcon> found_;
 };
 
-QImage imageOf(Bitmap const& bitmap)
-{
-    auto const count = bitmap.pixels ? bitmap.pixels->size() : 0;
-    if (bitmap.width <= 0 || bitmap.height <= 0
-        || count < static_cast<std::size_t>(bitmap.width) * static_cast<std::size_t>(bitmap.height))
-        return {};
-    QImage const shared(reinterpret_cast<uchar const*>(bitmap.pixels->data()), bitmap.width, bitmap.height,
-        bitmap.width * static_cast<int>(sizeof(std::uint32_t)), QImage::Format_ARGB32);
-    return shared.copy();
-}
-
 /// Draws a picture that is there already, scaled down to fit and never up.
 class BitmapEngine : public LazyEngine {
 public:
@@ -153,7 +143,7 @@ public:
     QPixmap scaledPixmap(QSize const& size, QIcon::Mode mode, QIcon::State state, qreal scale) override
     {
         if (icon_.isNull()) {
-            if (auto const image = imageOf(bitmap_); !image.isNull())
+            if (auto const image = imageFrom(bitmap_); !image.isNull())
                 icon_ = QIcon(QPixmap::fromImage(image));
             else
                 icon_ = QIcon(new SymbolEngine(QStringLiteral("app"), Ink::palette));

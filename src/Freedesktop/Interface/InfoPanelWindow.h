@@ -4,9 +4,15 @@
 
 #include <QWidget>
 
+class QPlainTextEdit;
+
 namespace marrowick {
 
-/// The Info window: a small tool window above the others.
+class DraggableIcon;
+class ElidedLabel;
+class PressableLabel;
+
+/// The Info window: a small tool window above the others, which closing only hides.
 class InfoPanelWindow final : public QWidget, public InfoPanel {
 public:
     explicit InfoPanelWindow(InfoPanelHandlers handlers);
@@ -21,8 +27,26 @@ public:
     void show() override;
     void close() override;
 
+protected:
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
+    void layOut();
+    void applyFonts();
+    void applyColours();
+    /// Asks for the keyboard, at once or when the last menu has closed.
+    void takeKeys();
+    void waitForMenus(bool waits);
+
     InfoPanelHandlers handlers_;
+    DraggableIcon* icon_;
+    ElidedLabel* name_;
+    ElidedLabel* detail_;
+    PressableLabel* path_;
+    QPlainTextEdit* preview_;
+    bool isWaitingForMenus_ = false;
 };
 
 }

@@ -2,6 +2,8 @@
 
 #include <QGuiApplication>
 
+#include <iterator>
+
 namespace marrowick {
 
 xcb_connection_t* xcbConnection()
@@ -35,6 +37,21 @@ xcb_atom_t xcbAtom(std::string_view name)
     auto const cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
     XcbReply<xcb_intern_atom_reply_t> const reply(xcb_intern_atom_reply(connection, cookie, nullptr));
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+std::set<std::uint32_t> xcbPressedKeys()
+{
+    auto* const connection = xcbConnection();
+    if (!connection)
+        return {};
+    XcbReply<xcb_query_keymap_reply_t> const reply(
+        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
+    std::set<std::uint32_t> pressed;
+    for (std::uint32_t code = 0; reply && code < 8 * std::size(reply->keys); ++code) {
+        if (reply->keys[code / 8] >> code % 8 & 1)
+            pressed.insert(code);
+    }
+    return pressed;
 }
 
 void addXcbEventMask(xcb_window_t window, std::uint32_t mask)

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <string_view>
 
 namespace marrowick {
@@ -25,6 +26,9 @@ int xcbScreenNumber();
 xcb_window_t xcbRootWindow();
 
 xcb_atom_t xcbAtom(std::string_view name);
+
+/// The X key codes of the keys that are down.
+std::set<std::uint32_t> xcbPressedKeys();
 
 /// Adds to the events that the program hears of `window`, which may be another program's.
 void addXcbEventMask(xcb_window_t window, std::uint32_t mask);
