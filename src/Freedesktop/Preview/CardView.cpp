@@ -29,7 +29,9 @@ QLabel* centredLabel(QWidget* parent)
 
 void setLine(QLabel& label, QString const& text)
 {
-    label.setText(text);
+    label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, textWidth));
+    label.setAccessibleName(text);
+    label.setToolTip(label.text() == text ? QString() : plainAsRichText(text));
     label.setVisible(!text.isEmpty());
 }
 
@@ -47,9 +49,6 @@ CardView::CardView(QWidget* parent)
     font.setBold(true);
     font.setPointSizeF(font.pointSizeF() * nameEnlargement);
     nameLabel_->setFont(font);
-    kind_->setWordWrap(true);
-    details_->setForegroundRole(QPalette::WindowText);
-    note_->setWordWrap(true);
 
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
@@ -70,7 +69,7 @@ void CardView::show(FileURL const& url, FileFacts const& facts, QString const& n
     name_ = displayText(url.lastPathComponent());
     fileIcon_ = iconFor(Image::iconForFile(url, iconSide));
     showIcon();
-    showName();
+    setLine(*nameLabel_, name_);
     setLine(*kind_, facts.kind);
     QStringList details { facts.size, facts.date };
     details.removeAll(QString());
@@ -80,7 +79,7 @@ void CardView::show(FileURL const& url, FileFacts const& facts, QString const& n
 
 QString CardView::text() const
 {
-    QStringList lines { name_, kind_->text(), details_->text(), note_->text() };
+    QStringList lines { name_, kind_->accessibleName(), details_->accessibleName(), note_->accessibleName() };
     lines.removeAll(QString());
     return lines.join(u'\n');
 }
@@ -88,13 +87,6 @@ QString CardView::text() const
 void CardView::showIcon()
 {
     icon_->setPixmap(fileIcon_.pixmap(QSize(iconSide, iconSide), devicePixelRatioF()));
-}
-
-void CardView::showName()
-{
-    nameLabel_->setText(nameLabel_->fontMetrics().elidedText(name_, Qt::ElideMiddle, textWidth));
-    nameLabel_->setAccessibleName(name_);
-    nameLabel_->setToolTip(plainAsRichText(name_));
 }
 
 bool CardView::event(QEvent* event)

@@ -25,7 +25,6 @@ protected:
 
 private:
     void showIcon();
-    void showName();
 
     QString name_;
     QIcon fileIcon_;

@@ -16,7 +16,7 @@ namespace marrowick {
 namespace {
 
 constexpr int margin = 8;
-constexpr int wantedColumns = 80;
+constexpr int wantedColumns = 100;
 constexpr int fewestColumns = 40;
 constexpr int fewestLines = 8;
 constexpr int tabColumns = 8;
