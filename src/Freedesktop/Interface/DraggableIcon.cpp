@@ -15,6 +15,24 @@
 
 namespace marrowick {
 
+namespace {
+
+/// Some file managers take the action that they like best among those that are offered, whatever keys are down.
+Qt::DropActions offeredActions(Qt::KeyboardModifiers modifiers)
+{
+    bool const copies = modifiers & Qt::ControlModifier;
+    bool const moves = modifiers & Qt::ShiftModifier;
+    if (copies && moves)
+        return Qt::LinkAction;
+    if (copies)
+        return Qt::CopyAction;
+    if (moves)
+        return Qt::MoveAction;
+    return Qt::CopyAction | Qt::LinkAction | Qt::MoveAction;
+}
+
+}
+
 DraggableIcon::DraggableIcon(int side, std::function<void(int clickCount)> pressed, QWidget& parent)
     : QWidget(&parent)
     , side_(side)
@@ -78,7 +96,7 @@ void DraggableIcon::drag(FileURL const& url)
         drag->setPixmap(pixmap);
         drag->setHotSpot(mapFromGlobal(lastPress_) - cornerOf(pixmap));
     }
-    drag->exec(Qt::CopyAction | Qt::LinkAction | Qt::MoveAction, Qt::CopyAction);
+    drag->exec(offeredActions(QGuiApplication::queryKeyboardModifiers()), Qt::CopyAction);
 }
 
 QPixmap DraggableIcon::shownPixmap() const

@@ -2,8 +2,10 @@
 
 #include "Freedesktop/Interface/Conversions.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QToolTip>
 
 #include <utility>
 
@@ -37,6 +39,16 @@ void ElidedLabel::setWholeText(QString const& text)
 QSize ElidedLabel::minimumSizeHint() const
 {
     return { 0, QLabel::minimumSizeHint().height() };
+}
+
+bool ElidedLabel::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QLabel::event(event);
+    // Not by a property of the widget, which accessibility clients would read out with its markup.
+    auto const whole = text() == whole_ ? QString() : plainAsRichText(whole_);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole, this);
+    return true;
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent* event)
@@ -74,7 +86,6 @@ void ElidedLabel::fit()
     isFitting_ = false;
     QString const shown = fontMetrics().elidedText(whole_, mode_, contentsRect().width());
     setText(shown);
-    setToolTip(shown == whole_ ? QString() : plainAsRichText(whole_));
 }
 
 PressableLabel::PressableLabel(

@@ -87,7 +87,7 @@ InfoPanelWindow::InfoPanelWindow(InfoPanelHandlers handlers)
     , icon_(new DraggableIcon(
           iconSide, [this](int clickCount) { handlers_.iconPressed(clickCount); }, *this))
     , name_(new ElidedLabel(Qt::ElideMiddle, ElidedLabel::Tightening::never, *this))
-    , detail_(new ElidedLabel(Qt::ElideRight, ElidedLabel::Tightening::never, *this))
+    , detail_(new ElidedLabel(Qt::ElideRight, ElidedLabel::Tightening::beforeEliding, *this))
     , path_(new PressableLabel(
           Qt::ElideLeft, ElidedLabel::Tightening::beforeEliding, [this] { handlers_.pathDoubleClicked(); }, *this))
     , preview_(new QPlainTextEdit(this))

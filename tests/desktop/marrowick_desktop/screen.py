@@ -1,6 +1,7 @@
 """The display: windows, the pointer, keys and pictures."""
 
 import subprocess
+import time
 from collections import Counter, namedtuple
 
 from Xlib import X, XK, display, error
@@ -40,6 +41,19 @@ class Screen:
             xtest.fake_input(self.display, X.ButtonPress, button)
             self.display.sync()
             xtest.fake_input(self.display, X.ButtonRelease, button)
+            self.display.sync()
+
+    def drag(self, start, end, steps=12, modifiers=()):
+        """Moves the pointer with the first button down from one point to another, and lets go there."""
+        self.move(*start)
+        with self.held(modifiers):
+            xtest.fake_input(self.display, X.ButtonPress, 1)
+            self.display.sync()
+            for step in range(1, steps + 1):
+                self.move(*(a + (b - a) * step / steps for a, b in zip(start, end)))
+                # What lies under the pointer has to answer each step before the drop.
+                time.sleep(0.05)
+            xtest.fake_input(self.display, X.ButtonRelease, 1)
             self.display.sync()
 
     def key(self, *names):
@@ -146,6 +160,27 @@ class Screen:
         """The window that owns a selection; None when nobody does."""
         window = self.display.get_selection_owner(self.display.intern_atom(selection))
         return window if window != X.NONE else None
+
+    def clipboard(self):
+        """The text that can be pasted; None when there is none."""
+        atom = self.display.intern_atom
+        window = self.root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
+        try:
+            window.convert_selection(atom("CLIPBOARD"), atom("UTF8_STRING"), atom("MARROWICK_TEST"), X.CurrentTime)
+            self.display.sync()
+            answer = wait_for(lambda: self._next(X.SelectionNotify), "an answer about the clipboard")
+            text = self.property(window, "MARROWICK_TEST") if answer.property != X.NONE else None
+        finally:
+            window.destroy()
+        return text
+
+    def _next(self, kind):
+        """The next event if it is of this kind; others are dropped."""
+        while self.display.pending_events():
+            event = self.display.next_event()
+            if event.type == kind:
+                return event
+        return None
 
     def active_window(self):
         value = self.property(self.root, "_NET_ACTIVE_WINDOW")
