@@ -152,6 +152,8 @@ class Window(PreviewCase):
         window = self.preview("pages.pdf")
         kinds = self.screen.property(window, "_NET_WM_WINDOW_TYPE")
         self.assertIn(self.screen.display.intern_atom("_NET_WM_WINDOW_TYPE_UTILITY"), kinds)
+        states = self.screen.property(window, "_NET_WM_STATE")
+        self.assertIn(self.screen.display.intern_atom("_NET_WM_STATE_SKIP_TASKBAR"), states)
         area, whole = self.screen.area(window), self.screen.work_area()
         self.assertLessEqual(area.height, whole.height * 0.8 + 1)
         self.assertGreaterEqual(area.y, whole.y)

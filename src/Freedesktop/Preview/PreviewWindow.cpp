@@ -2,6 +2,7 @@
 
 #include "Freedesktop/Files/FreedesktopFormats.h"
 #include "Freedesktop/Interface/Conversions.h"
+#include "Freedesktop/Interface/TaskbarEntry.h"
 #include "Freedesktop/Preview/CardView.h"
 #include "Freedesktop/Preview/ImageView.h"
 #include "Freedesktop/Preview/PdfView.h"
@@ -248,6 +249,8 @@ void PreviewWindow::present(QWidget& view, QSize wanted, QSize room)
 void PreviewWindow::bringToFront()
 {
     isCalled_ = false;
+    if (!isVisible())
+        leaveOutOfTaskbars(*this);
     showNormal();
     raise();
     activateWindow();

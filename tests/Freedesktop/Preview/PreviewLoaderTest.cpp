@@ -1,5 +1,6 @@
 #include "Freedesktop/Preview/PreviewLoader.h"
 
+#include "Freedesktop/Files/AsOtherUser.h"
 #include "Freedesktop/Preview/PreviewFiles.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace marrowick {
@@ -192,6 +194,13 @@ TEST_F(PreviewLoaderTest, WhatIsNoRegularFileIsNotWaitedFor)
     ASSERT_EQ(::symlink("nowhere", files_.url("dangling").path().c_str()), 0);
     EXPECT_EQ(note(files_.url("dangling")), "The item cannot be read.");
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s);
+}
+
+TEST_F(PreviewLoaderTest, FileThatMayNotBeReadSaysSo)
+{
+    auto const url = files_.write("secret.txt", "words\n");
+    ASSERT_EQ(::chmod(url.path().c_str(), 0), 0);
+    EXPECT_EQ(askedWithoutPrivileges([&] { return note(url); }), "The item cannot be read.");
 }
 
 TEST_F(PreviewLoaderTest, LinkShowsWhatItLeadsTo)
