@@ -29,7 +29,6 @@ constexpr QSize smallestWindow(360, 260);
 constexpr double partOfScreen = 0.8;
 /// A window that changes while the user looks is more of a nuisance than one that comes a little later.
 constexpr std::chrono::milliseconds patienceBeforeShowing(150);
-constexpr std::chrono::seconds patienceWithAnItem(30);
 constexpr int noteMargin = 6;
 
 QScreen* screenInUse(QWidget const& window)
@@ -68,7 +67,7 @@ QString inLines(FileFacts const& facts)
 
 }
 
-PreviewWindow::PreviewWindow(std::shared_ptr<DeliveryGate> gate)
+PreviewWindow::PreviewWindow(std::shared_ptr<DeliveryGate> gate, std::chrono::milliseconds patience)
     : QWidget(nullptr,
         Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
     , dateLocale_(dateLocale(std::getenv("LC_ALL"), std::getenv("LC_TIME"), std::getenv("LANG")))
@@ -97,9 +96,12 @@ PreviewWindow::PreviewWindow(std::shared_ptr<DeliveryGate> gate)
     column->addWidget(views_, 1);
     column->addWidget(note_);
 
-    patience_.setSingleShot(true);
-    patience_.setInterval(patienceBeforeShowing);
-    connect(&patience_, &QTimer::timeout, this, [this] { showThatItLoads(); });
+    showing_.setSingleShot(true);
+    showing_.setInterval(patienceBeforeShowing);
+    connect(&showing_, &QTimer::timeout, this, [this] { showThatItLoads(); });
+    givingUp_.setSingleShot(true);
+    givingUp_.setInterval(patience);
+    connect(&givingUp_, &QTimer::timeout, this, [this] { giveUp(); });
 }
 
 PreviewWindow::~PreviewWindow()
@@ -120,7 +122,7 @@ void PreviewWindow::makeKeyAndOrderFront()
         return;
     }
     isCalled_ = true;
-    patience_.start();
+    showing_.start();
 }
 
 void PreviewWindow::reloadData()
@@ -137,8 +139,9 @@ void PreviewWindow::load(FileURL const& url)
 {
     cancelLoading();
     loading_ = url;
-    limit_ = std::make_shared<LoadLimit>(patienceWithAnItem);
-    patience_.start();
+    limit_ = std::make_shared<LoadLimit>(givingUp_.intervalAsDuration());
+    showing_.start();
+    givingUp_.start();
 
     auto const* screen = screenInUse(*this);
     double const scale = screen ? screen->devicePixelRatio() : 1;
@@ -154,7 +157,8 @@ void PreviewWindow::load(FileURL const& url)
 
 void PreviewWindow::cancelLoading()
 {
-    patience_.stop();
+    showing_.stop();
+    givingUp_.stop();
     if (limit_)
         limit_->cancel();
     limit_.reset();
@@ -167,6 +171,14 @@ void PreviewWindow::showThatItLoads()
         showCard(*loading_, {}, QStringLiteral("Loading\u2026"));
     else if (isCalled_)
         bringToFront();
+}
+
+void PreviewWindow::giveUp()
+{
+    // A library need not come back from a hostile file.
+    auto const url = *loading_;
+    cancelLoading();
+    showCard(url, {}, QStringLiteral("The item takes too long to be shown."));
 }
 
 struct PreviewWindow::Show {

@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -24,8 +25,9 @@ class TextView;
 /// The preview of one item. It comes up once the item is loaded, or soon in any case, and says then that it is being loaded.
 class PreviewWindow final : public QWidget, public PreviewPanel {
 public:
-    /// What is loaded in the background comes through `gate`.
-    explicit PreviewWindow(std::shared_ptr<DeliveryGate> gate);
+    /// What is loaded in the background comes through `gate`. An item that takes longer than `patience` is given up.
+    explicit PreviewWindow(
+        std::shared_ptr<DeliveryGate> gate, std::chrono::milliseconds patience = std::chrono::seconds(30));
     ~PreviewWindow() override;
 
     void setDataSource(PreviewPanelDataSource* dataSource) override;
@@ -44,6 +46,7 @@ private:
     void cancelLoading();
     void received(FileURL const& url, PreviewContent content);
     void showThatItLoads();
+    void giveUp();
     void showItem(FileURL const& url, QString const& description);
     void showCard(FileURL const& url, FileFacts const& facts, QString const& note);
     /// The content's view in front, with a window that suits it.
@@ -64,7 +67,9 @@ private:
     /// What is being loaded, if anything.
     std::optional<FileURL> loading_;
     std::shared_ptr<LoadLimit> limit_;
-    QTimer patience_;
+    /// Run out one after the other: until the window comes in any case, and until nothing more is expected.
+    QTimer showing_;
+    QTimer givingUp_;
     /// The window is to come to the front with what is shown next.
     bool isCalled_ = false;
 };

@@ -212,6 +212,22 @@ TEST_F(PreviewWindowTest, ResultsWaitWhileTheGateIsClosed)
     EXPECT_TRUE(waitFor([&] { return text() && text()->toPlainText() == u"Words.\n"_qs; }));
 }
 
+TEST_F(PreviewWindowTest, ItemThatTakesTooLongIsGivenUp)
+{
+    window_ = std::make_unique<PreviewWindow>(gate_, std::chrono::milliseconds(300));
+    window_->setDataSource(&source_);
+    auto const note = u"The item takes too long to be shown."_qs;
+    {
+        DeliveryGate::Closure const closure(*gate_);
+        ask(files_.write("a.txt", "Words.\n"));
+        EXPECT_TRUE(waitFor([&] { return texts().contains(note); }));
+        EXPECT_EQ(window_->windowTitle(), u"a.txt"_qs);
+    }
+    EXPECT_FALSE(waitFor([&] { return !texts().contains(note); }, std::chrono::milliseconds(200)));
+    preview(files_.write("b.txt", "Words.\n"));
+    EXPECT_TRUE(text());
+}
+
 TEST_F(PreviewWindowTest, EndWhileLoadingIsClean)
 {
     for (auto const& url : { files_.write("large.png", imageFile("png", twoColours({ 6000, 6000 }))),
