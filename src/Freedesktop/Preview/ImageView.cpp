@@ -86,7 +86,8 @@ void ImageView::paintEvent(QPaintEvent*)
         std::abs(image.width() - shown.width()) <= 1 && std::abs(image.height() - shown.height()) <= 1)
         shown = image;
 
-    QPointF const corner = QPointF((room.width() - shown.width()) / 2, (room.height() - shown.height()) / 2) / scale;
+    QPoint const cornerPixel((room.width() - shown.width()) / 2, (room.height() - shown.height()) / 2);
+    QPointF const corner = QPointF(cornerPixel) / scale;
     QRectF const area(corner, QSizeF(shown) / scale);
     QPainter painter(this);
     if (content_.image.hasAlphaChannel())

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 namespace marrowick {
@@ -18,6 +17,8 @@ constexpr double screenPointsPerPoint = 96.0 / 72.0;
 constexpr int scrollStep = 40;
 constexpr double mostPixelsOfAPage = 16'000'000;
 constexpr qsizetype mostBytesOfDrawings = 96 * 1024 * 1024;
+/// So that places can be told in whole numbers.
+constexpr double tallestColumn = 1e9;
 constexpr std::chrono::seconds patience(20);
 
 }
@@ -73,7 +74,7 @@ void PdfView::layOut()
         top += std::max(std::round(page.height() * scale), 1.0) + margin;
     }
     tops_.push_back(top);
-    int const height = static_cast<int>(std::min(top, double(std::numeric_limits<int>::max() / 2)));
+    int const height = static_cast<int>(std::min(top, tallestColumn));
     verticalScrollBar()->setPageStep(viewport()->height());
     verticalScrollBar()->setRange(0, std::max(0, height - viewport()->height()));
     viewport()->update();
