@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QToolTip>
 
+#include <algorithm>
 #include <utility>
 
 namespace marrowick {
@@ -68,24 +69,27 @@ void ElidedLabel::changeEvent(QEvent* event)
 
 QFont ElidedLabel::fittingFont() const
 {
-    if (tightening_ == Tightening::never)
+    int const room = contentsRect().width();
+    int const width = QFontMetrics(font_).horizontalAdvance(whole_);
+    if (tightening_ == Tightening::never || width <= room)
         return font_;
     QFont fitting = font_;
-    for (int spacing = 100; spacing >= tightest; --spacing) {
+    for (int spacing = std::max(tightest, 100 * room / width); spacing >= tightest; --spacing) {
         fitting.setLetterSpacing(QFont::PercentageSpacing, spacing);
-        if (QFontMetrics(fitting).horizontalAdvance(whole_) <= contentsRect().width())
-            return fitting;
+        if (QFontMetrics(fitting).horizontalAdvance(whole_) <= room)
+            break;
     }
     return fitting;
 }
 
 void ElidedLabel::fit()
 {
-    isFitting_ = true;
-    setFont(fittingFont());
-    isFitting_ = false;
-    QString const shown = fontMetrics().elidedText(whole_, mode_, contentsRect().width());
-    setText(shown);
+    if (auto const fitting = fittingFont(); fitting != font()) {
+        isFitting_ = true;
+        setFont(fitting);
+        isFitting_ = false;
+    }
+    setText(fontMetrics().elidedText(whole_, mode_, contentsRect().width()));
 }
 
 PressableLabel::PressableLabel(

@@ -15,10 +15,11 @@ void leaveOutOfTaskbars(QWidget& window)
         return;
     // Most panels list tool windows unless they say that they do not want it. The toolkit keeps what it finds here when
     // it adds states of its own.
-    std::array const states { xcbAtom("_NET_WM_STATE_SKIP_TASKBAR"), xcbAtom("_NET_WM_STATE_SKIP_PAGER") };
+    static std::array const states { xcbAtom("_NET_WM_STATE_SKIP_TASKBAR"), xcbAtom("_NET_WM_STATE_SKIP_PAGER") };
+    static auto const property = xcbAtom("_NET_WM_STATE");
     constexpr std::uint8_t bitsOfAtom = 32;
-    xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window.winId()),
-        xcbAtom("_NET_WM_STATE"), XCB_ATOM_ATOM, bitsOfAtom, static_cast<std::uint32_t>(states.size()), states.data());
+    xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window.winId()), property,
+        XCB_ATOM_ATOM, bitsOfAtom, static_cast<std::uint32_t>(states.size()), states.data());
 }
 
 }

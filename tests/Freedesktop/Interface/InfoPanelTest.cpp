@@ -303,10 +303,11 @@ TEST_F(InfoPanelTest, APathThatIsALittleTooLongMovesTogetherInstead)
         text += u'n';
     panel_->setPath(text.toStdString());
     EXPECT_EQ(path().text(), text);
+    EXPECT_EQ(path().font().letterSpacingType(), QFont::PercentageSpacing);
     EXPECT_LT(path().font().letterSpacing(), 100);
     EXPECT_LE(path().fontMetrics().horizontalAdvance(text), path().width());
     panel_->setPath("/home");
-    EXPECT_EQ(path().font().letterSpacing(), 100);
+    EXPECT_EQ(path().font().letterSpacing(), font.letterSpacing());
 }
 
 TEST_F(InfoPanelTest, TextsStandForThemselves)
