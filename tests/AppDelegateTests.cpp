@@ -149,6 +149,8 @@ TEST_F(AppDelegateTest, OnlyReleasedButtonsCount)
 
 TEST_F(AppDelegateTest, TheClickAndTheModifiersPickTheMenu)
 {
+    desktop.fileManager.standardDirectories[StandardDirectory::desktop] = { folder.folder("Desktop") };
+    desktop.fileManager.volumes = { FileURL("/") };
     launch();
     for (unsigned bits = 0; bits < 32; ++bits) {
         ModifierFlags const flags(std::uint64_t { bits } << 16);

@@ -24,7 +24,7 @@ struct Candidate {
 void appendFilesOf(FileURL const& folder, std::vector<Candidate>& candidates)
 {
     auto listing = platform().fileManager->contentsOfDirectory(
-        folder, ResourceKey::isDirectory | ResourceKey::contentModificationDate, HiddenItems::skipped);
+        folder, ResourceKey::isDirectory | ResourceKey::fileModificationDate, HiddenItems::skipped);
     if (!listing)
         return;
     for (auto& [url, values] : listing.value()) {

@@ -30,6 +30,8 @@ enum class ResourceKey : std::uint16_t {
     isPackage = 64,
     isRegularFile = 128,
     fileSize = 256,
+    /// `contentModificationDate`, but not of a directory: a volume may be mounted there that does not answer.
+    fileModificationDate = 512,
 };
 
 class ResourceKeys {

@@ -22,6 +22,8 @@ constexpr ModifierAction allActions[] { ModifierAction::trash, ModifierAction::f
     ModifierAction::finderInfo, ModifierAction::quickLook, ModifierAction::revealAlternate,
     ModifierAction::quickLookAlternate, ModifierAction::infoWindow };
 
+CallRecord const preview { "preview asks", "preview in front", "preview reloads" };
+
 class PerformModifierTest : public PlatformTest {
 protected:
     static void perform(ModifierAction action, std::any represented)
@@ -40,6 +42,11 @@ protected:
     }
     CallRecord callsOf(ModifierAction action, std::any const& object)
     {
+        // What the Info window asks of the disk.
+        for (auto const& item : { url, FileURL("/apps/Editor") }) {
+            desktop.fileManager.values[item] = {};
+            desktop.fileContents.inaccessible.insert(item);
+        }
         desktop.calls.clear();
         perform(action, object);
         return std::exchange(desktop.calls, {});
@@ -60,10 +67,10 @@ TEST_F(PerformModifierTest, EachActionDoesItsOwnToTheFileOfAnyEntryThatHasOne)
         { ModifierAction::forceQuit, { "ask Move “caf\xE9.txt” to the Trash?", "recycle /a/caf\xE9.txt" } },
         { ModifierAction::reveal, { "reveal /a/caf\xE9.txt" } },
         { ModifierAction::finderInfo, { "information window of /a/caf\xE9.txt" } },
-        { ModifierAction::quickLook, {} },
+        { ModifierAction::quickLook, preview },
         { ModifierAction::revealAlternate, { "reveal /a/caf\xE9.txt" } },
-        { ModifierAction::quickLookAlternate, {} },
-        { ModifierAction::infoWindow, {} },
+        { ModifierAction::quickLookAlternate, preview },
+        { ModifierAction::infoWindow, { "info in front" } },
     };
     for (auto const& kind : kindsWithAFile(url)) {
         for (auto const& [action, calls] : rows) {
@@ -94,10 +101,10 @@ TEST_F(PerformModifierTest, EachActionDoesItsOwnToAnApplicationsBundle)
     std::vector<std::pair<ModifierAction, CallRecord>> const rows {
         { ModifierAction::reveal, { "reveal /apps/Editor" } },
         { ModifierAction::finderInfo, { "information window of /apps/Editor" } },
-        { ModifierAction::quickLook, {} },
+        { ModifierAction::quickLook, preview },
         { ModifierAction::revealAlternate, { "reveal /apps/Editor" } },
-        { ModifierAction::quickLookAlternate, {} },
-        { ModifierAction::infoWindow, {} },
+        { ModifierAction::quickLookAlternate, preview },
+        { ModifierAction::infoWindow, { "info in front" } },
     };
     auto const application = applicationAt(FileURL("/apps/Editor"));
     for (auto const& [action, calls] : rows)

@@ -116,6 +116,25 @@ TEST_F(DesktopMenuTest, DesktopItemsAreReadLikeThoseOfTheItemsFolder)
     EXPECT_FALSE(desktop.menus.item("plain")->submenu());
 }
 
+TEST_F(DesktopMenuTest, DesktopItemsFollowTheSituationOfTheOpening)
+{
+    folder.file("Desktop/with files---f");
+    folder.file("Desktop/without files---N");
+    desktop.fileManager.volumes = std::vector<FileURL> {};
+    EXPECT_EQ(open(), (Shown { "---", "without files" }));
+    desktop.finder.selectTwoFiles();
+    EXPECT_EQ(open(), (Shown { "---", "with files" }));
+}
+
+TEST_F(DesktopMenuTest, RefreshingDoesNothingOnceTheMenuIsGone)
+{
+    auto menu = DesktopMenuBuilder::build();
+    auto const refresh = menu->refresh;
+    menu.reset();
+    refresh();
+    EXPECT_TRUE(desktop.fileManager.listed.empty());
+}
+
 TEST_F(DesktopMenuTest, UnknownVolumesAreNone)
 {
     desktop.fileManager.volumes = std::nullopt;

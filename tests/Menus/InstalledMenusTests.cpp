@@ -1,8 +1,10 @@
+#include "Fakes/DiskTest.h"
 #include "Fakes/TestPlatform.h"
 #include "Menus/AllAppsMenuBuilder.h"
 #include "Menus/PrefPanesMenuBuilder.h"
 #include "Models/MenuNode.h"
 
+#include <algorithm>
 #include <any>
 #include <string>
 #include <vector>
@@ -209,6 +211,30 @@ TEST_F(AllApplicationsTest, ChoosingOneOpensIt)
     open();
     desktop.menus.choose("Mail");
     EXPECT_EQ(desktop.workspace.opened, std::vector { FileURL("/Applications/Mail.app") });
+}
+
+class CollectedApplicationsTest : public DiskTest { };
+
+TEST_F(CollectedApplicationsTest, RealFoldersAreSearchedAndHiddenOnesAreNot)
+{
+    folder.folder("Utilities/Deeper/Tool.app/Inside.app");
+    folder.folder("Utilities/.hidden/No.app");
+    folder.file("Utilities/Program.app");
+    folder.folder("Utilities/Deeper/Deepest/Not this.app");
+    auto found = AllAppsMenuBuilder::collectApps(folder.url(), 0);
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(found, (std::vector { folder / "Utilities/Deeper/Tool.app", folder / "Utilities/Program.app" }));
+}
+
+TEST_F(InstalledMenuTest, RefreshingDoesNothingOnceTheMenuIsGone)
+{
+    for (auto const build : { AllAppsMenuBuilder::build, PrefPanesMenuBuilder::build }) {
+        auto menu = build();
+        auto const refresh = menu->refresh;
+        menu.reset();
+        refresh();
+    }
+    EXPECT_TRUE(desktop.fileManager.listed.empty());
 }
 
 class PreferencePanesMenuTest : public InstalledMenuTest {

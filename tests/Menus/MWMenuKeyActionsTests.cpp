@@ -57,6 +57,10 @@ TEST_F(MWMenuKeyTest, EveryKeyDoesItsActionOnTheHighlightedFile)
     CallRecord const reveals { "reveal /a/file.txt" };
     CallRecord const informs { "information window of /a/file.txt" };
     CallRecord const asks { "ask Move “file.txt” to the Trash?" };
+    CallRecord const previews { "preview asks", "preview in front", "preview reloads" };
+    CallRecord const tells { "info in front" };
+    desktop.fileManager.values[FileURL("/a/file.txt")] = {};
+    desktop.fileContents.inaccessible.insert(FileURL("/a/file.txt"));
     using namespace modifier;
     auto const menu = desktop.menus.menu();
     for (auto const& [key, flags, calls] : {
@@ -65,10 +69,10 @@ TEST_F(MWMenuKeyTest, EveryKeyDoesItsActionOnTheHighlightedFile)
              Row { "z", command, reveals },
              Row { "i", {}, informs },
              Row { "z", command | option, informs },
-             Row { "p", {}, {} },
-             Row { "q", {}, {} },
-             Row { "z", command | option | shift, {} },
-             Row { "\t", {}, {} },
+             Row { "p", {}, previews },
+             Row { "q", {}, previews },
+             Row { "z", command | option | shift, previews },
+             Row { "\t", {}, tells },
              Row { "\x7F", {}, asks },
              Row { "z", command | option | control, asks },
          }) {

@@ -1,3 +1,4 @@
+#include "Fakes/DiskTest.h"
 #include "Fakes/FakeRunningApplication.h"
 #include "Fakes/TestPlatform.h"
 #include "Menus/MWProcessMenuTarget.h"
@@ -223,6 +224,16 @@ TEST_F(ChosenProcessTest, AnEntryWithoutApplicationDoesNothing)
         MWProcessMenuTarget::shared().chooseProcess(*item);
     }
     EXPECT_TRUE(desktop.calls.empty());
+}
+
+class ProcessesPreferencesTest : public DiskTest { };
+
+TEST_F(ProcessesPreferencesTest, TheLastEntryShowsThePreferences)
+{
+    desktop.defaults.set("itemsFolderPath", folder.url().path());
+    desktop.menus.popUp(ProcessesMenuBuilder::build(false), nullptr);
+    desktop.menus.choose(preferences);
+    EXPECT_EQ(desktop.windows.preferences.timesShown, 1);
 }
 
 TEST_F(ProcessesMenuTest, KeysActOnTheHighlightedApplication)

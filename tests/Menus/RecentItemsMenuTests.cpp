@@ -182,6 +182,15 @@ TEST_F(RecentItemsTest, EachOpeningReadsTheFoldersAnew)
     EXPECT_EQ(desktop.menus.shown(), (Shown { "late" }));
 }
 
+TEST_F(RecentItemsTest, RefreshingDoesNothingOnceTheMenuIsGone)
+{
+    auto menu = RecentItemsMenuBuilder::build();
+    auto const refresh = menu->refresh;
+    menu.reset();
+    refresh();
+    EXPECT_TRUE(desktop.fileManager.listed.empty());
+}
+
 TEST_F(RecentItemsTest, ChoosingOneOpensTheFile)
 {
     file("Downloads/paper.pdf", 1);

@@ -69,7 +69,8 @@ ItemKind itemKindOfEntry(unsigned char entryType)
 ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
 {
     ResourceValues values;
-    bool const wantsDate = keys.contains(ResourceKey::contentModificationDate);
+    bool const wantsDate = keys.contains(ResourceKey::contentModificationDate)
+        || (keys.contains(ResourceKey::fileModificationDate) && kind != ItemKind::directory);
     bool const wantsSize = keys.contains(ResourceKey::fileSize);
     if (wantsDate || wantsSize || kind == ItemKind::unknown) {
         unsigned const mask = (wantsDate ? STATX_MTIME : 0U) | (wantsSize ? STATX_SIZE : 0U)

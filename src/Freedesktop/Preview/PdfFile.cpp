@@ -99,7 +99,7 @@ void PdfFile::measurePages(LoadLimit const& limit)
         pageSizes_.resize(static_cast<std::size_t>(std::min(count, 100 * mostMeasuredPages)), pageSizes_.back());
 }
 
-PdfPage PdfFile::page(int index, QSize pixels, std::shared_ptr<LoadLimit const> limit)
+PdfPage PdfFile::page(int index, QSize pixels, std::shared_ptr<LoadLimit const> const& limit)
 {
     std::scoped_lock const lock(mutex_);
     device_->setLimit(limit);

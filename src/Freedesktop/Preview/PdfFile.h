@@ -45,7 +45,7 @@ public:
     std::vector<QSizeF> const& pageSizes() const { return pageSizes_; }
 
     /// The page `index` drawn to fill `pixels`.
-    PdfPage page(int index, QSize pixels, std::shared_ptr<LoadLimit const> limit);
+    PdfPage page(int index, QSize pixels, std::shared_ptr<LoadLimit const> const& limit);
 
 private:
     explicit PdfFile(std::unique_ptr<RegularFileDevice> device);

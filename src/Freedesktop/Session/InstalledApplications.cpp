@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// The menu specification's own, and what the desktops mark their panes with.
+/// The desktops' common ones, and what the desktops mark their panes with.
 constexpr std::array settingsCategories { "Settings"sv, "DesktopSettings"sv, "HardwareSettings"sv,
     "X-GNOME-SystemSettings"sv, "X-GNOME-NetworkSettings"sv, "X-GNOME-PersonalSettings"sv, "X-GNOME-Settings-Panel"sv,
     "X-XFCE-SettingsDialog"sv, "X-XFCE-PersonalSettings"sv, "X-XFCE-HardwareSettings"sv, "X-XFCE-SystemSettings"sv,
@@ -62,7 +62,7 @@ void InstalledApplications::refresh()
         GObjectOwner<GDesktopAppInfo> const info(g_desktop_app_info_new_from_filename(entry.path.c_str()));
         if (!info || !g_app_info_should_show(G_APP_INFO(info.get())))
             continue;
-        char const* const name = g_app_info_get_display_name(G_APP_INFO(info.get()));
+        char const* const name = g_app_info_get_name(G_APP_INFO(info.get()));
         InstalledItem const item { FileURL(entry.path), name ? name : entry.id };
         if (areSettingsCategories(entry.categories))
             settings_.push_back(item);

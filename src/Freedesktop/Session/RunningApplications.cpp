@@ -121,6 +121,7 @@ std::vector<std::shared_ptr<RunningApplication>> RunningApplications::list()
     lookAtIcons(known, *connection_, [&] { withoutWindows = applicationsWithoutWindows(known, rules_); });
     std::move(withoutWindows.begin(), withoutWindows.end(), std::back_inserter(known));
     std::vector<std::shared_ptr<RunningApplication>> applications;
+    applications.reserve(known.size());
     for (auto& facts : known)
         applications.push_back(std::make_shared<FreedesktopRunningApplication>(std::move(facts), connection_));
     return applications;

@@ -12,7 +12,10 @@ namespace {
 constexpr std::uint32_t largestSide = 1024;
 /// Holds the sizes of a menu, which usually come first.
 constexpr std::uint32_t usualIconBytes = 8 * 1024;
-constexpr std::uint32_t maximumIconBytes = 1024 * 1024;
+/// Holds one of the largest and its sizes.
+constexpr std::uint32_t maximumIconBytes = (largestSide * largestSide + 2) * 4;
+/// An application whose first windows bring no picture has none.
+constexpr std::size_t mostWindowsAsked = 4;
 /// Twice the side of a menu's icons, for dense screens.
 constexpr int wantedSide = 32;
 
@@ -84,8 +87,9 @@ std::vector<std::optional<Bitmap>> iconsOfWindows(std::vector<std::vector<Client
 {
     std::vector<XConnection::Request> requests;
     for (auto const* const windows : lists) {
-        for (auto const& window : *windows)
-            requests.push_back(requestIcon(window, usualIconBytes, connection));
+        auto const count = std::min(windows->size(), mostWindowsAsked);
+        for (std::size_t index = 0; index < count; ++index)
+            requests.push_back(requestIcon((*windows)[index], usualIconBytes, connection));
     }
     if (meanwhile) {
         connection.sendRequests();
@@ -95,10 +99,11 @@ std::vector<std::optional<Bitmap>> iconsOfWindows(std::vector<std::vector<Client
     auto request = requests.begin();
     for (auto const* const windows : lists) {
         std::optional<Bitmap> icon;
-        for (auto const& window : *windows) {
+        auto const count = std::min(windows->size(), mostWindowsAsked);
+        for (std::size_t index = 0; index < count; ++index) {
             auto const property = connection.collectNumbers(*request++);
             if (!icon)
-                icon = iconOfWindow(window, property, connection);
+                icon = iconOfWindow((*windows)[index], property, connection);
         }
         icons.push_back(std::move(icon));
     }

@@ -224,7 +224,8 @@ TEST_F(InstalledApplicationsTest, NamesAreInTheUsersLanguage)
     setenv("LANG", "de_DE.UTF-8", 1);
     install("editor", "Name[de]=Texte\nName[fr]=Textes\n", "Editor");
     install("viewer", "Name[de]=Betrachter\nX-GNOME-FullName=Picture Viewer\nX-GNOME-FullName[de]=Bildbetrachter\n");
-    EXPECT_THAT(names(), UnorderedElementsAre("Texte", "Bildbetrachter"));
+    // By the name that its windows have among the running applications, and not by a longer one.
+    EXPECT_THAT(names(), UnorderedElementsAre("Texte", "Betrachter"));
     setenv("LANG", "C.UTF-8", 1);
 }
 

@@ -64,8 +64,22 @@ TEST_F(WindowPictureTest, WithoutAnyPictureADrawingStandsForTheApplication)
     auto const text = display_.makeWindow("a", "A");
     display_.setText(text, "_NET_WM_ICON", "picture");
     EXPECT_EQ(iconOfA({ text }), drawing);
-    // More than is ever asked for.
-    EXPECT_EQ(iconOfA({ windowWith(picture(1024, 0xFF000000)) }), drawing);
+    // Larger than any that is taken.
+    EXPECT_EQ(iconOfA({ windowWith(picture(1025, 0xFF000000)) }), drawing);
+}
+
+TEST_F(WindowPictureTest, TheLargestPictureThatIsTakenArrivesWhole)
+{
+    EXPECT_EQ(iconOfA({ windowWith(picture(1024, 0xFF000000)) }), pictureOf(1024, 0xFF000000));
+}
+
+TEST_F(WindowPictureTest, AnApplicationWhoseFirstWindowsBringNoneHasNone)
+{
+    std::vector<xcb_window_t> windows;
+    for (int number = 0; number < 4; ++number)
+        windows.push_back(display_.makeWindow("a", "A"));
+    windows.push_back(windowWith(picture(32, 0xFF00FF00)));
+    EXPECT_EQ(iconOfA(windows), Image::systemSymbol("app"));
 }
 
 TEST_F(WindowPictureTest, AnApplicationThatQuitKeepsItsIcon)
