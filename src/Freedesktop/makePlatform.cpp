@@ -38,6 +38,7 @@ Platform makePlatform(int& argc, char** argv)
     auto events = std::make_unique<FreedesktopEvents>();
     auto application = std::make_unique<FreedesktopApplication>(argc, argv, *events, gate, *log);
     prepareIconTheme(*log);
+    prepareWindowIcon();
     auto const windows = std::make_shared<XConnection>();
 
     Platform services;

@@ -208,6 +208,11 @@ QIcon iconFor(Image const& image)
     return faded(std::visit(MakeIcon { Ink::palette }, image.source), image.opacity);
 }
 
+void prepareWindowIcon()
+{
+    QApplication::setWindowIcon(panelIconFor(Image::systemSymbol("arrowtriangle.down.square")));
+}
+
 QIcon panelIconFor(Image const& image)
 {
     return faded(std::visit(MakeIcon { Ink::edged }, image.source), image.opacity);

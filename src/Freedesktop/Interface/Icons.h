@@ -15,6 +15,9 @@ QIcon iconFor(Image const& image);
 /// edge there.
 QIcon panelIconFor(Image const& image);
 
+/// Gives all windows of the program its own icon, the one that the status area shows.
+void prepareWindowIcon();
+
 /// Makes sure that icons are found where the desktop names no icon theme, or one that is not installed. Without any icon
 /// theme `log` says so in one line, and files show the program's own drawings.
 void prepareIconTheme(Log& log);
