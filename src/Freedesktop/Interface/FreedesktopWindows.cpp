@@ -1,8 +1,8 @@
 #include "Freedesktop/Interface/FreedesktopWindows.h"
 
 #include "Freedesktop/Interface/InfoPanelWindow.h"
-#include "Freedesktop/Preview/PreviewWindow.h"
 #include "Freedesktop/Interface/SettingsWindow.h"
+#include "Freedesktop/Preview/PreviewWindow.h"
 
 #include <utility>
 
