@@ -2,12 +2,10 @@
 
 #include "Freedesktop/GLibOwners.h"
 
-#include <unicode/datefmt.h>
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
 
 #include <chrono>
-#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -43,11 +41,13 @@ std::string FreedesktopFormats::fileSize(std::uint64_t bytes) const
 std::string FreedesktopFormats::dateAndTime(FileTime time) const
 {
     using Milliseconds = std::chrono::duration<double, std::milli>;
-    std::unique_ptr<icu::DateFormat> const format(icu::DateFormat::createDateTimeInstance(
-        icu::DateFormat::kMedium, icu::DateFormat::kShort, icu::Locale(dateLocale_.c_str())));
+    if (!dates_) {
+        dates_.reset(icu::DateFormat::createDateTimeInstance(
+            icu::DateFormat::kMedium, icu::DateFormat::kShort, icu::Locale(dateLocale_.c_str())));
+    }
     icu::UnicodeString text;
-    if (format)
-        format->format(Milliseconds(time.time_since_epoch()).count(), text);
+    if (dates_)
+        dates_->format(Milliseconds(time.time_since_epoch()).count(), text);
     std::string result;
     text.toUTF8String(result);
     return result;

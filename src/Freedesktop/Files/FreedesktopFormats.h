@@ -2,7 +2,9 @@
 
 #include "Platform/Formats.h"
 
+#include <memory>
 #include <string>
+#include <unicode/datefmt.h>
 
 namespace marrowick {
 
@@ -21,6 +23,8 @@ public:
 
 private:
     std::string dateLocale_;
+    /// Made when it is needed first, which takes as long as all that is written with it.
+    mutable std::unique_ptr<icu::DateFormat> dates_;
 };
 
 }
