@@ -1,7 +1,7 @@
 #include "Menus/AllAppsMenuBuilder.h"
 
+#include "Menus/GeneratedMenu.h"
 #include "Menus/InstalledItems.h"
-#include "Menus/MenuBuilder.h"
 #include "Platform/Platform.h"
 
 #include <iterator>
@@ -43,16 +43,7 @@ std::vector<InstalledEntry> applications()
 
 std::shared_ptr<MWMenu> AllAppsMenuBuilder::build()
 {
-    auto menu = MWMenu::make("All Applications");
-    menu->refresh = [weakMenu = std::weak_ptr(menu)] {
-        auto const self = weakMenu.lock();
-        if (!self)
-            return;
-        self->removeAllItems();
-        auto const context = MenuContext::capture();
-        MenuBuilder::populate(*self, nodesInOrder(applications()), context);
-    };
-    return menu;
+    return makeGeneratedMenu("All Applications", [] { return nodesInOrder(applications()); });
 }
 
 std::vector<FileURL> AllAppsMenuBuilder::collectApps(FileURL const& in, int depth)

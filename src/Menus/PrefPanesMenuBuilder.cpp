@@ -1,7 +1,7 @@
 #include "Menus/PrefPanesMenuBuilder.h"
 
+#include "Menus/GeneratedMenu.h"
 #include "Menus/InstalledItems.h"
-#include "Menus/MenuBuilder.h"
 #include "Platform/Platform.h"
 #include "Support/FinderBridge.h"
 
@@ -29,16 +29,7 @@ std::vector<InstalledEntry> panes()
 
 std::shared_ptr<MWMenu> PrefPanesMenuBuilder::build()
 {
-    auto menu = MWMenu::make("Preference Panes");
-    menu->refresh = [weakMenu = std::weak_ptr(menu)] {
-        auto const self = weakMenu.lock();
-        if (!self)
-            return;
-        self->removeAllItems();
-        auto const context = MenuContext::capture();
-        MenuBuilder::populate(*self, nodesInOrder(panes()), context);
-    };
-    return menu;
+    return makeGeneratedMenu("Preference Panes", [] { return nodesInOrder(panes()); });
 }
 
 }

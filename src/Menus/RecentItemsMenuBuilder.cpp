@@ -1,6 +1,6 @@
 #include "Menus/RecentItemsMenuBuilder.h"
 
-#include "Menus/MenuBuilder.h"
+#include "Menus/GeneratedMenu.h"
 #include "Platform/Platform.h"
 
 #include <algorithm>
@@ -37,21 +37,14 @@ void appendFilesOf(FileURL const& folder, std::vector<Candidate>& candidates)
 
 std::shared_ptr<MWMenu> RecentItemsMenuBuilder::build()
 {
-    auto menu = MWMenu::make("Recent Items");
-    menu->refresh = [weakMenu = std::weak_ptr(menu)] {
-        auto const self = weakMenu.lock();
-        if (!self)
-            return;
-        self->removeAllItems();
-        auto const context = MenuContext::capture();
+    return makeGeneratedMenu("Recent Items", [] {
         std::vector<MenuNode> nodes;
         for (auto& url : recentFiles(mostEntries)) {
             std::string name(url.lastPathComponent());
             nodes.push_back({ MenuNodeKind::file(std::move(url)), std::move(name), {}, {} });
         }
-        MenuBuilder::populate(*self, nodes, context);
-    };
-    return menu;
+        return nodes;
+    });
 }
 
 std::vector<FileURL> RecentItemsMenuBuilder::recentFiles(std::size_t limit)
