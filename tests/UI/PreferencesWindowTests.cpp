@@ -241,7 +241,7 @@ TEST_F(PreferencesWindowTest, AChosenFolderThatDoesNotExistYetIsMadeAndFollowed)
     EXPECT_EQ(window().folder, chosen.path());
 }
 
-TEST_F(PreferencesWindowTest, AnUntickedSubmenuIsGoneFromTheNextMenuOnly)
+TEST_F(PreferencesWindowTest, AnUntickedSubmenuIsStoredAndNoOpenMenuIsClosed)
 {
     show();
     auto const read = [&] { return desktop.defaults.object("addDesktopSubmenu"); };

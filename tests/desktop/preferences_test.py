@@ -120,6 +120,20 @@ class Window(PreferencesCase):
         wait_for(lambda: not window.is_checked("Add a Desktop submenu"), "the change to show")
         self.assertTrue(window.is_checked("Hide “.scpt” extensions in menus"))
 
+    def test_EachOpeningPutsItIntoTheMiddle(self):
+        self.run_with("notes.txt")
+        frame = self.open_window().frames()[0]
+
+        def is_in_the_middle():
+            area, (width, height) = frame.area(), self.screen.size
+            return abs(2 * area.x + area.width - width) < 60 and abs(2 * area.y + area.height - height) < 120
+
+        wait_for(is_in_the_middle, "the window in the middle")
+        subprocess.run(["wmctrl", "-r", "Marrowick Preferences", "-e", "0,0,0,-1,-1"], check=True, timeout=30)
+        wait_for(lambda: frame.area().x < 100, "the window to be moved")
+        self.open_window()
+        wait_for(is_in_the_middle, "the window in the middle again")
+
     def test_ASecondOpeningBringsTheSameWindowToTheFront(self):
         self.run_with("notes.txt")
         window = self.open_window()
@@ -219,7 +233,12 @@ class Folder(PreferencesCase):
         window = self.open_window()
         window.control("Choose…", "push button").act("Press")
         self.dialog()
-        window.checkbox("Add a Desktop submenu").act("Toggle")
+        # Beside each other, since a click reaches what is on top. A window that is blocked hears none.
+        subprocess.run(["wmctrl", "-r", "Marrowick Preferences", "-e", "0,0,0,-1,-1"], check=True, timeout=30)
+        subprocess.run(["wmctrl", "-r", ":ACTIVE:", "-e", "0,640,0,600,400"], check=True, timeout=30)
+        wait_for(lambda: window.checkbox("Add a Desktop submenu").area().x < 100 and self.dialog().area().x > 600,
+                 "the windows to stand beside each other")
+        window.click(window.checkbox("Add a Desktop submenu"))
         self.wait_for_stored("addDesktopSubmenu", "false")
 
     def test_RevealShowsTheFolderInTheFileManager(self):

@@ -24,8 +24,10 @@ FolderChooser::~FolderChooser()
 
 void FolderChooser::choose(FileURL const& startingIn, Done done)
 {
-    auto const answer = [gate = gate_, done = std::move(done)](std::optional<FileURL> folder) {
-        gate->deliver([done, folder = std::move(folder)] { done(folder); });
+    auto const answer = [this, gate = gate_, done = std::move(done)](std::optional<FileURL> folder) {
+        QMetaObject::invokeMethod(
+            &context_, [gate, done, folder = std::move(folder)] { gate->deliver([done, folder] { done(folder); }); },
+            Qt::QueuedConnection);
     };
     if (dialog_) {
         dialog_->raise();

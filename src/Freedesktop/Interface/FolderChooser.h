@@ -3,6 +3,7 @@
 #include "Freedesktop/DeliveryGate.h"
 #include "Platform/FileURL.h"
 
+#include <QObject>
 #include <QPointer>
 
 #include <functional>
@@ -31,6 +32,8 @@ public:
 
 private:
     std::shared_ptr<DeliveryGate> gate_;
+    /// Queued answers end with it.
+    QObject context_;
     QPointer<QFileDialog> dialog_;
 };
 

@@ -168,7 +168,11 @@ void FreedesktopThumbnails::takeIcon(Request& request)
 {
     QSize const size(request.pointSize, request.pointSize);
     auto const icon = iconFor(Image::iconForFile(request.url, request.pointSize));
-    deliver(request, bitmapFrom(icon.pixmap(size, request.scale).toImage()));
+    auto const image = icon.pixmap(size, request.scale).toImage();
+    if (image.isNull())
+        gate_->deliver([done = request.done] { done(std::nullopt); });
+    else
+        deliver(request, bitmapFrom(image));
 }
 
 void FreedesktopThumbnails::deliver(Request& request, Bitmap picture)

@@ -27,7 +27,7 @@ constexpr int sectionSpacing = 16;
 constexpr int lineSpacing = 4;
 constexpr int buttonSpacing = 6;
 constexpr int folderFieldWidth = 420;
-constexpr int headingPixels = 16;
+constexpr double headingPoints = 12;
 /// Room that the frame takes above the window; what it really is, only the window manager knows.
 constexpr int titleBarHeight = 36;
 
@@ -133,7 +133,8 @@ QLayout* SettingsWindow::checkboxSection(CheckboxGroup const& group)
     auto* const heading = new QLabel(titleText(group.title), content_);
     auto font = heading->font();
     font.setBold(true);
-    font.setPixelSize(headingPixels);
+    // Never smaller than what stands below it.
+    font.setPointSizeF(std::max(headingPoints, font.pointSizeF()));
     heading->setFont(font);
     auto* const section = column();
     section->addWidget(heading);
@@ -179,11 +180,8 @@ void SettingsWindow::setChecked(std::size_t tag, bool isOn)
 
 void SettingsWindow::show()
 {
-    if (!isVisible()) {
-        fitIntoScreen();
-        auto const screen = screenInUse(*this);
-        move(screen.center() - rect().center());
-    }
+    fitIntoScreen();
+    move(screenInUse(*this).center() - rect().center());
     showNormal();
     raise();
     activateWindow();

@@ -66,9 +66,13 @@ bool fitsInMemory(QImageReader const& reader)
     constexpr qint64 bytesPerPixel = 4;
     constexpr qint64 bytesPerMegabyte = 1024 * 1024;
     auto const size = reader.size();
-    // Photos are decoded at a fraction of their size, drawings at any.
-    if (reader.format() == "svg" || reader.format() == "jpeg" || size.isEmpty())
+    // Drawings are drawn at any size.
+    if (reader.format() == "svg" || size.isEmpty())
         return true;
+    // Photos are decoded at a fraction of their size, but some six bytes for each pixel can be kept meanwhile.
+    constexpr qint64 mostJpegPixels = qint64 { 128 } * 1024 * 1024;
+    if (reader.format() == "jpeg")
+        return qint64 { size.width() } * size.height() <= mostJpegPixels;
     return qint64 { size.width() } * size.height() * bytesPerPixel <= mostMegabytes * bytesPerMegabyte;
 }
 

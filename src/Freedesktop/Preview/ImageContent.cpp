@@ -41,6 +41,9 @@ std::variant<ImageContent, ImageFailure> readImage(QIODevice& device, QSize room
     QImageReader reader(&device);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
+    // Whatever the file is called: the toolkit would draw it without looking whether that ends.
+    if (!reader.canRead() || reader.format() == "svg" || reader.format() == "svgz")
+        return ImageFailure::damaged;
     QSize const stored = reader.size();
     ImageContent content;
     if (stored.isEmpty()) {

@@ -274,6 +274,9 @@ TEST_F(ThumbnailsTest, PicturesThatWouldTakeMuchShowTheirIcon)
 {
     auto const huge = write("huge.png", pngHeader(30'000, 30'000));
     EXPECT_EQ(pictureOf(huge), iconOf(huge));
+    auto const photo = write(
+        "huge.jpg", QByteArray::fromHex("ffd8ffc20011087530753003011100021100031100ffda000c03010002000300000000"));
+    EXPECT_EQ(pictureOf(photo), iconOf(photo));
     QByteArray bomb = "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
                       "width=\"16\" height=\"16\"><g id=\"a0\"><rect width=\"1\" height=\"1\"/></g>";
     for (int i = 1; i < 40; ++i) {

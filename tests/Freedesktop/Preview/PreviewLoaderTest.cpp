@@ -7,6 +7,7 @@
 
 #include <QFile>
 
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -90,6 +91,27 @@ TEST_F(PreviewLoaderTest, DrawingThatReadsOtherFilesIsNotDrawn)
     EXPECT_NE(note(files_.write("c.svg",
                   "<?xml version='1.0'?><?xml-stylesheet type='text/css' href='" + fifo + "'?>" + start + "</svg>")),
         "");
+}
+
+TEST_F(PreviewLoaderTest, DrawingUnderAnotherNameIsNotDrawn)
+{
+    auto const drawing = QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20'>"
+                                    "<rect width='9' height='9'/></svg>");
+    auto const isDrawn = [&](FileURL const& url) { return std::holds_alternative<ImageContent>(load(url).shown); };
+    auto const comment = "<!--" + QByteArray(9000, ' ') + "-->";
+    EXPECT_FALSE(isDrawn(files_.write("a.png", comment + drawing)));
+    EXPECT_FALSE(isDrawn(files_.write("b.jpg", "<?xml version='1.0'?>" + comment + drawing)));
+    auto const plain = files_.write("c.svgz", drawing);
+    auto const path = QByteArray::fromStdString(plain.path());
+    ASSERT_EQ(std::system(("gzip -S .part '" + path + "' && mv '" + path + ".part' '" + path + "'").constData()), 0);
+    EXPECT_FALSE(isDrawn(plain));
+}
+
+TEST_F(PreviewLoaderTest, PhotoOfTooManyPixelsIsRefusedAtOnce)
+{
+    // A progressive photo keeps all of itself in memory, however small it is shown.
+    auto const header = QByteArray::fromHex("ffd8ffc20011087530753003011100021100031100ffda000c03010002000300000000");
+    EXPECT_EQ(note(files_.write("a.jpg", header)), "The picture is too large to be shown.");
 }
 
 TEST_F(PreviewLoaderTest, PictureOfTooManyPixelsIsRefusedAtOnce)
