@@ -349,6 +349,9 @@ TEST_F(FileReplacementTest, KillAtAnyStepLeavesTheOldFileAndOneLeftoverAtMost)
 
 TEST_F(FileReplacementTest, FailureAtAnyStepLeavesTheOldFileAndNothingElse)
 {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "The sanitizer's own writing is disturbed, too; without it the test runs.";
+#endif
     folder.file("a.json", "old");
     for (auto const& lack : lacks()) {
         for (auto const* const failing : { "write:error=ENOSPC", "fdatasync:error=EIO", "/^rename:error=EIO" }) {
