@@ -235,7 +235,7 @@ class Asking(RequestCase):
         holds_for(lambda: len(self.exchange.waiting()) == 2 and len(self.dialogs.open_dialogs()) == 1, 0.5,
                   "one question, and nothing is taken")
         first.press("Cancel")
-        wait_for(lambda: [each.texts()[1:] for each in self.dialogs.open_dialogs()] == [["“c.txt” → “Dest”"]],
+        wait_for(lambda: self.dialogs.texts() == [["What would you like to do?", "“c.txt” → “Dest”"]],
                  "the other question")
         self.dialogs.wait_for(*ASKED).press("Move Here")
         self.wait_for_names(self.dest, "Inside", "b.txt", "c.txt")

@@ -51,6 +51,13 @@ class Dialogs:
         except Gone:
             return []
 
+    def texts(self):
+        """The paragraphs of each; None while one goes away."""
+        try:
+            return [each.texts() for each in self.open_dialogs()]
+        except Gone:
+            return None
+
     def wait_for(self, *buttons):
         """The alert with these buttons, as soon as it has the keyboard."""
         def front():

@@ -60,8 +60,10 @@ class InfoWindow:
         return next(each for each in self.parts("push button") if each.name() == title)
 
     def click(self, part, times=1):
+        # Asked once: a slow answer in between would make two single clicks of a double one.
+        place = centre(part.area())
         for _ in range(times):
-            self.screen.click(*centre(part.area()))
+            self.screen.click(*place)
 
     def x_window(self):
         """The window as the X server knows it."""
