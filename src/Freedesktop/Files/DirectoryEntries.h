@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <dirent.h>
+#include <sys/types.h>
 
 namespace marrowick {
 
