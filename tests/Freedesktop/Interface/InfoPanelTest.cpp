@@ -431,7 +431,7 @@ double luminance(QColor const& colour)
 
 double contrast(QColor const& a, QColor const& b)
 {
-    auto const [low, high] = std::minmax(luminance(a), luminance(b));
+    auto const [low, high] = std::minmax({ luminance(a), luminance(b) });
     return (high + 0.05) / (low + 0.05);
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 #include <vector>
 
@@ -74,6 +75,18 @@ protected:
         EXPECT_EQ(active(), activeWindow);
     }
 
+    /// What is wanted may be there before the window manager has done anything, so it has to last.
+    void expectLastingStacking(Windows const& wanted, xcb_window_t activeWindow)
+    {
+        using Clock = std::chrono::steady_clock;
+        auto since = Clock::now();
+        EXPECT_TRUE(waitFor([&] {
+            if (stacking() != wanted || active() != activeWindow)
+                since = Clock::now();
+            return Clock::now() - since >= std::chrono::milliseconds(300);
+        })) << testing::PrintToString(stacking());
+    }
+
     xcb_window_t first_ = XCB_WINDOW_NONE;
     xcb_window_t second_ = XCB_WINDOW_NONE;
     xcb_window_t third_ = XCB_WINDOW_NONE;
@@ -115,7 +128,7 @@ TEST_F(BringingForwardTest, WhatIsInFrontAlreadyStaysSo)
 {
     for (int i = 0; i < 2; ++i) {
         find("A")->activate(ActivationOptions::allWindows);
-        expectStacking({ other_, third_, first_, second_ }, second_);
+        expectLastingStacking({ other_, third_, first_, second_ }, second_);
     }
 }
 
