@@ -1,19 +1,49 @@
 #include "Platform/FileManager.h"
 
+#include <utility>
+
 namespace marrowick {
 
-Result<std::vector<std::string>> FileManager::namesOfFolders(FileURL const& directory) const
-{
-    auto const listing
-        = contentsOfDirectory(directory, ResourceKey::isDirectory | ResourceKey::isPackage, HiddenItems::skipped);
-    if (!listing)
-        return listing.error();
-    std::vector<std::string> names;
-    for (auto const& item : listing.value()) {
-        if (item.values.isDirectory.value_or(false) && !item.values.isPackage.value_or(false))
-            names.emplace_back(item.url.lastPathComponent());
+namespace {
+
+/// Told by whole listings.
+class ListedDirectory final : public WalkedDirectory {
+public:
+    ListedDirectory(FileManager const& fileManager, FileURL url)
+        : fileManager_(fileManager)
+        , url_(std::move(url))
+    {
     }
-    return names;
+
+    Result<std::vector<std::string>> namesOfFolders() const override
+    {
+        auto const listing = fileManager_.contentsOfDirectory(
+            url_, ResourceKey::isDirectory | ResourceKey::isPackage, HiddenItems::skipped);
+        if (!listing)
+            return listing.error();
+        std::vector<std::string> names;
+        for (auto const& item : listing.value()) {
+            if (item.values.isDirectory.value_or(false) && !item.values.isPackage.value_or(false))
+                names.emplace_back(item.url.lastPathComponent());
+        }
+        return names;
+    }
+
+    std::unique_ptr<WalkedDirectory> folder(std::string const& name) const override
+    {
+        return std::make_unique<ListedDirectory>(fileManager_, url_.appendingPathComponent(name));
+    }
+
+private:
+    FileManager const& fileManager_;
+    FileURL url_;
+};
+
+}
+
+std::unique_ptr<WalkedDirectory> FileManager::walk(FileURL const& directory) const
+{
+    return std::make_unique<ListedDirectory>(*this, directory);
 }
 
 }

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -100,6 +101,20 @@ enum class StandardDirectory : std::uint8_t {
     downloads,
 };
 
+/// A directory of a tree that is walked down. Any thread, one at a time.
+class WalkedDirectory {
+public:
+    virtual ~WalkedDirectory() = default;
+
+    /// The names of the visible directories directly in it that are no packages, in the file system's order, as
+    /// `FileManager::contentsOfDirectory` tells them; nothing is made of all other entries.
+    virtual Result<std::vector<std::string>> namesOfFolders() const = 0;
+
+    /// The directory called `name` in it, found from here and not from the top again. Whether it can be read is told by
+    /// its own answers.
+    virtual std::unique_ptr<WalkedDirectory> folder(std::string const& name) const = 0;
+};
+
 /// Reads and changes what directories hold, without opening files for their content. Any thread; nothing waits for
 /// another program.
 class FileManager {
@@ -117,9 +132,8 @@ public:
     virtual Result<void> visitNames(
         FileURL const& directory, std::function<void(std::string_view)> const& visit) const = 0;
 
-    /// The names of the visible directories directly in `directory` that are no packages, in the file system's order, as
-    /// `contentsOfDirectory` tells them; for whoever looks at nothing else, and makes nothing of all other entries.
-    virtual Result<std::vector<std::string>> namesOfFolders(FileURL const& directory) const;
+    /// The top of a tree to be walked down, no longer than the file manager lives. Follows a link at `directory` itself.
+    virtual std::unique_ptr<WalkedDirectory> walk(FileURL const& directory) const;
 
     virtual ResourceValues resourceValues(FileURL const& url, ResourceKeys keys) const = 0;
 

@@ -1,5 +1,8 @@
 #include "Support/Characters.h"
 
+#include <cstdint>
+#include <cstring>
+
 namespace marrowick {
 
 namespace {
@@ -26,6 +29,19 @@ Sequence sequenceOf(unsigned char lead)
         static_cast<unsigned char>(lead == 0xF4 ? 0x8F : 0xBF) };
 }
 
+/// The length of a part at the front, in whole words, that has nothing but ASCII characters; most texts have no others.
+std::size_t asciiPrefixLength(std::string_view text)
+{
+    constexpr std::uint64_t highBits = 0x8080808080808080;
+    std::size_t length = 0;
+    for (std::uint64_t word = 0; length + sizeof word <= text.size(); length += sizeof word) {
+        std::memcpy(&word, text.data() + length, sizeof word);
+        if ((word & highBits) != 0)
+            break;
+    }
+    return length;
+}
+
 }
 
 std::size_t firstCharacterLength(std::string_view text)
@@ -45,6 +61,7 @@ std::size_t firstCharacterLength(std::string_view text)
 
 bool isValidUTF8(std::string_view text)
 {
+    text.remove_prefix(asciiPrefixLength(text));
     while (!text.empty()) {
         auto const length = firstCharacterLength(text);
         if (length == 1 && static_cast<unsigned char>(text.front()) >= 0x80)

@@ -3,10 +3,94 @@
 #include "Support/Characters.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <memory>
 #include <numeric>
+#include <span>
+#include <string_view>
 #include <utility>
 
 namespace marrowick {
+
+namespace {
+
+/// One way down a tree, which orders each directory in the memory of those before.
+class Descent {
+public:
+    Descent(FileManager const& fileManager, Collation const& collation, int& budget)
+        : fileManager_(fileManager)
+        , prepared_(collation.prepare())
+        , budget_(budget)
+    {
+    }
+
+    std::vector<SnapshotNode> nodes(FileURL const& of, int depth)
+    {
+        path_ = of.path().substr(0, of.path().find_last_not_of('/') + 1);
+        return nodes(*fileManager_.walk(of), depth);
+    }
+
+private:
+    /// The path of `of` stands in `path_`, without a slash at its end.
+    std::vector<SnapshotNode> nodes(WalkedDirectory const& of, int depth)
+    {
+        auto listing = of.namesOfFolders();
+        if (!listing)
+            return {};
+        auto names = std::move(listing).value();
+        std::erase_if(names, [](std::string const& name) { return !isValidUTF8(name); });
+
+        // The directories below put their order, and their names, behind this one's.
+        auto const begin = order_.size();
+        auto const end = begin + appendOrder(names);
+        auto const length = path_.size();
+        path_ += '/';
+        std::vector<SnapshotNode> nodes;
+        nodes.reserve(std::min(end - begin, static_cast<std::size_t>(budget_)));
+        for (auto position = begin; position < end && budget_ > 0; ++position) {
+            --budget_;
+            auto& name = names[order_[position]];
+            path_.replace(length + 1, std::string::npos, name);
+            auto& node = nodes.emplace_back(SnapshotNode { std::move(name), path_, {} });
+            if (depth < SnapshotWalk::deepest && budget_ > 0)
+                node.children = this->nodes(*of.folder(node.name), depth + 1);
+        }
+        path_.resize(length);
+        order_.resize(begin);
+        return nodes;
+    }
+
+    /// Appends the positions of the first of `names` in the user's order, as many as one directory may show; equal names
+    /// keep the listing's order.
+    std::size_t appendOrder(std::vector<std::string> const& names)
+    {
+        texts_.assign(names.begin(), names.end());
+        prepared_->assign(texts_);
+        auto const size = order_.size();
+        order_.resize(size + names.size());
+        auto const begin = order_.begin() + static_cast<std::ptrdiff_t>(size);
+        std::iota(begin, order_.end(), std::size_t { 0 });
+        if (names.size() > SnapshotWalk::mostChildren) {
+            auto const last = begin + static_cast<std::ptrdiff_t>(SnapshotWalk::mostChildren);
+            std::nth_element(begin, last, order_.end(), [this](std::size_t a, std::size_t b) {
+                auto const comparison = prepared_->compare(a, b);
+                return comparison != 0 ? comparison < 0 : a < b;
+            });
+            order_.erase(last, order_.end());
+        }
+        prepared_->sort(std::span(begin, order_.end()));
+        return order_.size() - size;
+    }
+
+    FileManager const& fileManager_;
+    std::unique_ptr<PreparedTexts> prepared_;
+    int& budget_;
+    std::string path_;
+    std::vector<std::string_view> texts_;
+    std::vector<std::size_t> order_;
+};
+
+}
 
 std::vector<SnapshotNode> SnapshotWalk::roots(std::vector<TopLevelFolder> const& folders) const
 {
@@ -25,51 +109,7 @@ std::vector<SnapshotNode> SnapshotWalk::subfolders(FileURL const& of, int depth,
 {
     if (depth > deepest || budget < 1)
         return {};
-    auto names = shownNames(of);
-    auto const prefix = of.path().ends_with('/') ? of.path() : of.path() + '/';
-    std::vector<SnapshotNode> nodes;
-    nodes.reserve(std::min(names.size(), static_cast<std::size_t>(budget)));
-    for (auto& name : names) {
-        if (budget <= 0)
-            break;
-        --budget;
-        auto& node = nodes.emplace_back();
-        node.path.reserve(prefix.size() + name.size());
-        node.path.append(prefix).append(name);
-        node.name = std::move(name);
-        // Most nodes are of the last level, which needs no locations.
-        if (depth < deepest)
-            node.children = subfolders(FileURL(node.path), depth + 1, budget);
-    }
-    return nodes;
-}
-
-std::vector<std::string> SnapshotWalk::shownNames(FileURL const& of) const
-{
-    auto listing = fileManager_.namesOfFolders(of);
-    if (!listing)
-        return {};
-    auto names = std::move(listing).value();
-    std::erase_if(names, [](std::string const& name) { return !isValidUTF8(name); });
-
-    auto const prepared = collation_.prepare({ names.begin(), names.end() });
-    std::vector<std::size_t> order(names.size());
-    std::iota(order.begin(), order.end(), std::size_t { 0 });
-    // Equal names keep the listing's order.
-    auto const isBefore = [&](std::size_t a, std::size_t b) {
-        auto const comparison = prepared->compare(a, b);
-        return comparison != 0 ? comparison < 0 : a < b;
-    };
-    if (order.size() > mostChildren) {
-        std::nth_element(order.begin(), order.begin() + mostChildren, order.end(), isBefore);
-        order.resize(mostChildren);
-    }
-    std::sort(order.begin(), order.end(), isBefore);
-    std::vector<std::string> sorted;
-    sorted.reserve(order.size());
-    for (auto const position : order)
-        sorted.push_back(std::move(names[position]));
-    return sorted;
+    return Descent(fileManager_, collation_, budget).nodes(of, depth);
 }
 
 }

@@ -42,9 +42,6 @@ public:
     std::vector<SnapshotNode> subfolders(FileURL const& of, int depth, int& budget) const;
 
 private:
-    /// The names of those of `of` that are shown, in their order.
-    std::vector<std::string> shownNames(FileURL const& of) const;
-
     FileManager const& fileManager_;
     Collation const& collation_;
 };

@@ -24,10 +24,8 @@ public:
         return a.size() <=> b.size();
     }
 
-    std::unique_ptr<PreparedTexts> prepare(std::vector<std::string_view> const& texts) const override
-    {
-        return std::make_unique<Prepared>(std::vector<std::string>(texts.begin(), texts.end()));
-    }
+    using Collation::prepare;
+    std::unique_ptr<PreparedTexts> prepare() const override { return std::make_unique<Prepared>(); }
 
     bool containsCaseInsensitively(std::string_view text, std::string_view fragment) const override
     {
@@ -39,13 +37,17 @@ public:
 private:
     class Prepared final : public PreparedTexts {
     public:
-        explicit Prepared(std::vector<std::string> texts)
-            : texts_(std::move(texts))
-        {
-        }
+        void assign(std::vector<std::string_view> const& texts) override { texts_.assign(texts.begin(), texts.end()); }
         std::weak_ordering compare(std::size_t a, std::size_t b) const override
         {
             return FakeCollation().compare(texts_.at(a), texts_.at(b));
+        }
+        void sort(std::span<std::size_t> positions) const override
+        {
+            std::sort(positions.begin(), positions.end(), [this](std::size_t a, std::size_t b) {
+                auto const order = compare(a, b);
+                return order != 0 ? order < 0 : a < b;
+            });
         }
 
     private:

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <numeric>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -60,7 +62,29 @@ inline void preparedTextsCompareAsSingleOnes(Collation const& collation)
             EXPECT_TRUE(prepared->compare(a, b) == collation.compare(texts[a], texts[b]))
                 << testing::PrintToString(texts[a]) << " and " << testing::PrintToString(texts[b]);
     }
-    EXPECT_NE(collation.prepare({}), nullptr);
+    EXPECT_NE(collation.prepare(std::vector<std::string_view>()), nullptr);
+}
+
+/// Positions come into the order of their texts, those of equal texts into their own; also where other texts, more or
+/// fewer, stood before.
+inline void preparedTextsAreSorted(Collation const& collation)
+{
+    auto const prepared = collation.prepare();
+    auto const all = assortedTexts();
+    for (std::size_t const count : { all.size(), std::size_t { 3 }, std::size_t { 0 }, all.size() }) {
+        std::vector<std::string> const texts(all.rbegin(), all.rbegin() + static_cast<std::ptrdiff_t>(count));
+        prepared->assign({ texts.begin(), texts.end() });
+        std::vector<std::size_t> positions(count);
+        std::iota(positions.rbegin(), positions.rend(), std::size_t { 0 });
+        prepared->sort(positions);
+        for (std::size_t place = 1; place < count; ++place) {
+            auto const before = positions[place - 1];
+            auto const after = positions[place];
+            auto const order = collation.compare(texts[before], texts[after]);
+            EXPECT_TRUE(order < 0 || (order == 0 && before < after)) << place << " of " << count;
+        }
+        EXPECT_EQ(std::set(positions.begin(), positions.end()).size(), count);
+    }
 }
 
 /// Every text equals itself, an order turned round is the opposite order, and two steps in one direction are one.
@@ -99,6 +123,7 @@ inline void collationKeepsItsPromises(Collation const& collation)
 {
     namesAreOrderedWithoutCaseAndNumbersByValue(collation);
     preparedTextsCompareAsSingleOnes(collation);
+    preparedTextsAreSorted(collation);
     theOrderIsAWeakOrder(collation);
     containmentIgnoresCase(collation);
 }

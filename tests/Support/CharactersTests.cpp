@@ -57,5 +57,18 @@ TEST(CharactersTest, ACodePointOrABrokenByteIsOneCharacter)
         EXPECT_EQ(lengths(row.text), row.lengths) << testing::PrintToString(row.text);
 }
 
+TEST(CharactersTest, ABrokenByteIsFoundWhereverItStands)
+{
+    for (std::size_t length = 1; length <= 40; ++length) {
+        EXPECT_TRUE(isValidUTF8(std::string(length, 'x')));
+        for (std::size_t position = 0; position < length; ++position) {
+            std::string text(length, 'x');
+            text[position] = '\xFF';
+            EXPECT_FALSE(isValidUTF8(text)) << position << " of " << length;
+            EXPECT_TRUE(isValidUTF8(text.replace(position, 1, "\u00E9"))) << position << " of " << length;
+        }
+    }
+}
+
 }
 }

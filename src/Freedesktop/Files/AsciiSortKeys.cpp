@@ -280,6 +280,10 @@ std::size_t AsciiSortKeys::write(std::string_view text, unsigned char* key) cons
 {
     KeyWriter writer(key, numericLead_);
     for (std::size_t i = 0; i < text.size(); ++i) {
+        if (auto const byte = static_cast<unsigned char>(text[i]); byte < characters && weights_[byte].isSimple()) {
+            writer.add(weights_[byte]);
+            continue;
+        }
         if (isUnknownAt(text, i))
             return 0;
         auto const& weight = weights_[static_cast<unsigned char>(text[i])];

@@ -48,6 +48,9 @@ private:
         Form form = Form::unknown;
         /// Whether a contraction begins with the character.
         bool mayContract = false;
+
+        /// Whether it is the same whatever stands beside the character.
+        bool isSimple() const { return form == Form::plain && !mayContract; }
     };
 
     class KeyWriter;

@@ -141,10 +141,11 @@ public:
     int read()
     {
         return visitEntries(directory_, [this](dirent64 const& entry) {
-            if (entry.d_name[0] == '.')
-                hasHiddenNamesFile_ = hasHiddenNamesFile_ || std::strcmp(entry.d_name, hiddenNamesFile) == 0;
-            else if (isFolder(entry) && !isPackageName(entry.d_name))
-                names_.emplace_back(entry.d_name);
+            std::string_view const name(entry.d_name);
+            if (name.starts_with('.'))
+                hasHiddenNamesFile_ = hasHiddenNamesFile_ || name == hiddenNamesFile;
+            else if ((entry.d_type == DT_DIR || isFolder(entry)) && !isPackageName(name))
+                names_.emplace_back(name);
         });
     }
 
@@ -173,6 +174,11 @@ private:
     std::vector<std::string> names_;
 };
 
+FileDescriptor openForListing(int above, char const* name)
+{
+    return FileDescriptor(::openat(above, name, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+}
+
 /// Not open, with the reason in `errno`, when it cannot be.
 FileDescriptor openForListing(FileURL const& directory)
 {
@@ -180,8 +186,39 @@ FileDescriptor openForListing(FileURL const& directory)
         errno = ENOENT;
         return FileDescriptor(-1);
     }
-    return FileDescriptor(::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    return openForListing(AT_FDCWD, directory.path().c_str());
 }
+
+class OpenDirectory final : public WalkedDirectory {
+public:
+    /// Right after the directory was opened, since `errno` tells why it is not open.
+    OpenDirectory(FileDescriptor directory, std::string name)
+        : directory_(std::move(directory))
+        , openingError_(directory_.isOpen() ? 0 : errno)
+        , name_(std::move(name))
+    {
+    }
+
+    Result<std::vector<std::string>> namesOfFolders() const override
+    {
+        if (openingError_ != 0)
+            return fileError(openingError_, what, FileURL(name_));
+        FolderNamesReader reader(directory_.get());
+        if (int const number = reader.read())
+            return fileError(number, what, FileURL(name_));
+        return reader.takeNames();
+    }
+
+    std::unique_ptr<WalkedDirectory> folder(std::string const& name) const override
+    {
+        return std::make_unique<OpenDirectory>(openForListing(directory_.get(), name.c_str()), name);
+    }
+
+private:
+    FileDescriptor directory_;
+    int openingError_;
+    std::string name_;
+};
 
 }
 
@@ -199,15 +236,9 @@ Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, Resource
     return reader.takeItems();
 }
 
-Result<std::vector<std::string>> namesOfFoldersInDirectory(FileURL const& directory)
+std::unique_ptr<WalkedDirectory> walkDirectory(FileURL const& directory)
 {
-    FileDescriptor const open(openForListing(directory));
-    if (!open.isOpen())
-        return fileError(errno, what, directory);
-    FolderNamesReader reader(open.get());
-    if (int const number = reader.read())
-        return fileError(number, what, directory);
-    return reader.takeNames();
+    return std::make_unique<OpenDirectory>(openForListing(directory), std::string(directory.lastPathComponent()));
 }
 
 Result<void> visitNamesInDirectory(FileURL const& directory, std::function<void(std::string_view)> const& visit)

@@ -3,6 +3,7 @@
 #include "Platform/FileManager.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,8 +14,8 @@ namespace marrowick {
 /// items' kind without a further question.
 Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, ResourceKeys keys, HiddenItems hidden);
 
-/// `FileManager::namesOfFolders`.
-Result<std::vector<std::string>> namesOfFoldersInDirectory(FileURL const& directory);
+/// `FileManager::walk`. Each directory of the tree is open while it stands.
+std::unique_ptr<WalkedDirectory> walkDirectory(FileURL const& directory);
 
 /// `FileManager::visitNames`.
 Result<void> visitNamesInDirectory(FileURL const& directory, std::function<void(std::string_view)> const& visit);

@@ -67,11 +67,11 @@ std::weak_ordering FreedesktopCollation::compare(std::string_view a, std::string
     return static_cast<int>(order) <=> 0;
 }
 
-std::unique_ptr<PreparedTexts> FreedesktopCollation::prepare(std::vector<std::string_view> const& texts) const
+std::unique_ptr<PreparedTexts> FreedesktopCollation::prepare() const
 {
     if (!collator_)
-        return std::make_unique<SortKeys>(texts);
-    return std::make_unique<SortKeys>(texts, collator_.get(), asciiKeys());
+        return std::make_unique<SortKeys>();
+    return std::make_unique<SortKeys>(collator_.get(), asciiKeys());
 }
 
 bool FreedesktopCollation::containsCaseInsensitively(std::string_view text, std::string_view fragment) const

@@ -24,7 +24,8 @@ public:
     ~FreedesktopCollation() override;
 
     std::weak_ordering compare(std::string_view a, std::string_view b) const override;
-    std::unique_ptr<PreparedTexts> prepare(std::vector<std::string_view> const& texts) const override;
+    using Collation::prepare;
+    std::unique_ptr<PreparedTexts> prepare() const override;
     bool containsCaseInsensitively(std::string_view text, std::string_view fragment) const override;
 
 private:

@@ -54,9 +54,9 @@ Result<void> FreedesktopFileManager::visitNames(
     return visitNamesInDirectory(directory, visit);
 }
 
-Result<std::vector<std::string>> FreedesktopFileManager::namesOfFolders(FileURL const& directory) const
+std::unique_ptr<WalkedDirectory> FreedesktopFileManager::walk(FileURL const& directory) const
 {
-    return namesOfFoldersInDirectory(directory);
+    return walkDirectory(directory);
 }
 
 ResourceValues FreedesktopFileManager::resourceValues(FileURL const& url, ResourceKeys keys) const

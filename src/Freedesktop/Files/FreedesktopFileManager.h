@@ -10,7 +10,7 @@ public:
         FileURL const& directory, ResourceKeys keys, HiddenItems hidden) const override;
     Result<void> visitNames(
         FileURL const& directory, std::function<void(std::string_view)> const& visit) const override;
-    Result<std::vector<std::string>> namesOfFolders(FileURL const& directory) const override;
+    std::unique_ptr<WalkedDirectory> walk(FileURL const& directory) const override;
     ResourceValues resourceValues(FileURL const& url, ResourceKeys keys) const override;
     bool fileExists(FileURL const& url) const override;
     bool isNameTaken(FileURL const& url) const override;

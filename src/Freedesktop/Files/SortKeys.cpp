@@ -11,66 +11,104 @@ namespace marrowick {
 
 namespace {
 
-std::uint64_t startOf(unsigned char const* bytes, std::size_t size)
+constexpr std::size_t wordSize = sizeof(std::uint64_t);
+
+/// The first `size` bytes as a number that orders as they do, zeros in the place of those that are missing. A whole word
+/// is read.
+std::uint64_t wordOf(unsigned char const* bytes, std::size_t size)
 {
-    std::uint64_t start = 0;
-    std::memcpy(&start, bytes, std::min(size, sizeof start));
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, wordSize);
     if constexpr (std::endian::native == std::endian::little)
-        start = __builtin_bswap64(start);
-    return start;
+        word = __builtin_bswap64(word);
+    if (size >= wordSize)
+        return word;
+    return size == 0 ? 0 : word >> (8 * (wordSize - size)) << (8 * (wordSize - size));
 }
 
 }
 
-SortKeys::SortKeys(std::vector<std::string_view> const& texts, UCollator const* collator, AsciiSortKeys const& ascii)
+SortKeys::SortKeys(UCollator const* collator, AsciiSortKeys const& ascii)
+    : collator_(collator)
+    , ascii_(&ascii)
 {
+}
+
+void SortKeys::assign(std::vector<std::string_view> const& texts)
+{
+    keys_.clear();
     keys_.reserve(texts.size());
+    filled_ = 0;
     // Most keys are a little longer than their texts.
     std::size_t expected = 0;
     for (auto const text : texts)
         expected += text.size() + 8;
-    bytes_.resize(expected);
-    for (auto const text : texts)
-        addAsciiOrCollatorKey(text, collator, ascii);
-    utf16_ = {};
-}
-
-SortKeys::SortKeys(std::vector<std::string_view> const& texts)
-{
-    keys_.reserve(texts.size());
+    if (bytes_.size() < expected)
+        bytes_.resize(expected);
     for (auto const text : texts) {
-        std::copy(text.begin(), text.end(), room(text.size()));
-        finishKey(text.size());
+        if (collator_)
+            addAsciiOrCollatorKey(text);
+        else
+            addBytes(text);
     }
+    utf16_ = {};
+    // Right after the bytes were written one by one the processor would have to wait for them.
+    for (auto& key : keys_)
+        key.start = wordOf(bytes_.data() + key.position, key.size);
 }
 
 std::weak_ordering SortKeys::compare(std::size_t a, std::size_t b) const
 {
-    auto const& first = keys_[a];
-    auto const& second = keys_[b];
+    return order(keys_[a], keys_[b]);
+}
+
+void SortKeys::sort(std::span<std::size_t> positions) const
+{
+    std::sort(positions.begin(), positions.end(), [this](std::size_t a, std::size_t b) {
+        auto const comparison = order(keys_[a], keys_[b]);
+        return comparison != 0 ? comparison < 0 : a < b;
+    });
+}
+
+inline std::weak_ordering SortKeys::order(Key const& first, Key const& second) const
+{
     if (first.start != second.start)
         return first.start <=> second.start;
-    int const order = std::memcmp(
-        bytes_.data() + first.position, bytes_.data() + second.position, std::min(first.size, second.size));
-    return order != 0 ? order <=> 0 : first.size <=> second.size;
+    auto const common = std::min(first.size, second.size);
+    auto const* const a = bytes_.data() + first.position;
+    auto const* const b = bytes_.data() + second.position;
+    // Most keys differ in the next few bytes.
+    for (std::size_t done = wordSize; done < common; done += wordSize) {
+        auto const left = wordOf(a + done, common - done);
+        auto const right = wordOf(b + done, common - done);
+        if (left != right)
+            return left <=> right;
+    }
+    return first.size <=> second.size;
 }
 
-void SortKeys::addAsciiOrCollatorKey(std::string_view text, UCollator const* collator, AsciiSortKeys const& ascii)
+void SortKeys::addBytes(std::string_view text)
 {
-    if (auto const size = ascii.write(text, room(AsciiSortKeys::greatestKeySize(text.size()))); size > 0)
+    std::copy(text.begin(), text.end(), room(text.size()));
+    finishKey(text.size());
+}
+
+void SortKeys::addAsciiOrCollatorKey(std::string_view text)
+{
+    if (auto const size = ascii_->write(text, room(AsciiSortKeys::greatestKeySize(text.size()))); size > 0)
         finishKey(size);
     else
-        addCollatorKey(text, collator);
+        addCollatorKey(text);
 }
 
-void SortKeys::addCollatorKey(std::string_view text, UCollator const* collator)
+void SortKeys::addCollatorKey(std::string_view text)
 {
     assignUtf16(utf16_, text);
     // Room enough for nearly all texts; the collator tells the size of a longer key.
     std::size_t expected = 4 * utf16_.size() + 64;
     for (;;) {
         auto const size = static_cast<std::size_t>(std::max(0,
-            ucol_getSortKey(collator, utf16_.data(), static_cast<std::int32_t>(utf16_.size()), room(expected),
+            ucol_getSortKey(collator_, utf16_.data(), static_cast<std::int32_t>(utf16_.size()), room(expected),
                 static_cast<std::int32_t>(expected))));
         if (size <= expected) {
             finishKey(size);
@@ -80,17 +118,17 @@ void SortKeys::addCollatorKey(std::string_view text, UCollator const* collator)
     }
 }
 
-/// Memory for a key of at most `size` bytes, also for one of none, which `finishKey` makes the next key.
+/// Memory for a key of at most `size` bytes, which `finishKey` makes the next key. A word can be read at its end.
 unsigned char* SortKeys::room(std::size_t size)
 {
-    if (bytes_.size() - filled_ <= size)
-        bytes_.resize(std::max(filled_ + size + 1, 2 * bytes_.size()));
+    if (bytes_.size() - filled_ < size + wordSize)
+        bytes_.resize(std::max(filled_ + size + wordSize, 2 * bytes_.size()));
     return bytes_.data() + filled_;
 }
 
 void SortKeys::finishKey(std::size_t size)
 {
-    keys_.push_back({ .start = startOf(bytes_.data() + filled_, size), .position = filled_, .size = size });
+    keys_.push_back({ .start = 0, .position = filled_, .size = size });
     filled_ += size;
 }
 

@@ -14,12 +14,14 @@ class AsciiSortKeys;
 class SortKeys final : public PreparedTexts {
 public:
     /// Keys by `collator`, those of ASCII texts by `ascii` where that knows them.
-    SortKeys(std::vector<std::string_view> const& texts, UCollator const* collator, AsciiSortKeys const& ascii);
+    SortKeys(UCollator const* collator, AsciiSortKeys const& ascii);
 
     /// The texts themselves as keys.
-    explicit SortKeys(std::vector<std::string_view> const& texts);
+    SortKeys() = default;
 
+    void assign(std::vector<std::string_view> const& texts) override;
     std::weak_ordering compare(std::size_t a, std::size_t b) const override;
+    void sort(std::span<std::size_t> positions) const override;
 
 private:
     struct Key {
@@ -29,11 +31,16 @@ private:
         std::size_t size;
     };
 
-    void addAsciiOrCollatorKey(std::string_view text, UCollator const* collator, AsciiSortKeys const& ascii);
-    void addCollatorKey(std::string_view text, UCollator const* collator);
+    std::weak_ordering order(Key const& first, Key const& second) const;
+    void addBytes(std::string_view text);
+    void addAsciiOrCollatorKey(std::string_view text);
+    void addCollatorKey(std::string_view text);
     unsigned char* room(std::size_t size);
     void finishKey(std::size_t size);
 
+    /// Both are null where the texts are their own keys.
+    UCollator const* collator_ = nullptr;
+    AsciiSortKeys const* ascii_ = nullptr;
     std::vector<Key> keys_;
     /// The keys one after the other; what is past `filled_` is room.
     std::vector<unsigned char> bytes_;

@@ -3,6 +3,7 @@
 #include "Fakes/TemporaryFolder.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
@@ -19,8 +20,8 @@ protected:
     /// In the file system's order. What the interface makes of a whole listing is the same.
     Names names(FileURL const& directory) const
     {
-        auto const names = fileManager.namesOfFolders(directory);
-        auto const fromListing = fileManager.FileManager::namesOfFolders(directory);
+        auto const names = fileManager.walk(directory)->namesOfFolders();
+        auto const fromListing = fileManager.FileManager::walk(directory)->namesOfFolders();
         EXPECT_TRUE(names && fromListing);
         EXPECT_EQ(names.value(), fromListing.value());
         return names.value();
@@ -73,11 +74,32 @@ TEST_F(FolderNamesTest, FolderLargerThanOneReadIsWhole)
     EXPECT_EQ(sortedNames().size(), 1500U);
 }
 
+TEST_F(FolderNamesTest, FoldersAreFoundFromTheOneAbove)
+{
+    folder.folder("top/a/b/c");
+    folder.link("top/link", "a");
+    auto const walked = fileManager.walk(folder / "top");
+    auto const listed = fileManager.FileManager::walk(folder / "top");
+    for (auto const* const top : { walked.get(), listed.get() }) {
+        EXPECT_EQ(top->folder("a")->namesOfFolders().value(), Names { "b" });
+        EXPECT_EQ(top->folder("a")->folder("b")->namesOfFolders().value(), Names { "c" });
+        EXPECT_EQ(top->folder("link")->namesOfFolders().value(), Names { "b" });
+        auto const missing = top->folder("missing")->namesOfFolders();
+        ASSERT_FALSE(missing);
+        EXPECT_EQ(missing.error().kind, ErrorKind::notFound);
+        EXPECT_NE(missing.error().message.find("missing"), std::string::npos) << missing.error().message;
+        EXPECT_FALSE(top->folder("missing")->folder("below")->namesOfFolders());
+    }
+    // Whoever is on the way down stays in the tree wherever that goes.
+    std::filesystem::rename((folder / "top").path(), (folder / "moved").path());
+    EXPECT_EQ(walked->folder("a")->namesOfFolders().value(), Names { "b" });
+}
+
 TEST_F(FolderNamesTest, WhatCannotBeListedSaysWhy)
 {
     auto const failure = [&](FileURL const& url) {
-        auto const outcome = fileManager.namesOfFolders(url);
-        auto const fromListing = fileManager.FileManager::namesOfFolders(url);
+        auto const outcome = fileManager.walk(url)->namesOfFolders();
+        auto const fromListing = fileManager.FileManager::walk(url)->namesOfFolders();
         EXPECT_FALSE(fromListing);
         return outcome ? std::nullopt : std::optional(outcome.error().kind);
     };
