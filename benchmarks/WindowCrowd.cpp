@@ -1,8 +1,11 @@
 #include "WindowCrowd.h"
 
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 
@@ -51,6 +54,24 @@ WindowCrowd::WindowCrowd(std::vector<Window> const& windows)
 WindowCrowd::~WindowCrowd()
 {
     xcb_disconnect(connection_);
+    for (auto const process : processes_) {
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+    }
+}
+
+/// A process that does nothing, and ends with this one at the latest.
+pid_t WindowCrowd::startProcess()
+{
+    auto const process = fork();
+    if (process == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        for (;;)
+            pause();
+    }
+    if (process > 0)
+        processes_.push_back(process);
+    return process > 0 ? process : getppid();
 }
 
 xcb_atom_t WindowCrowd::atom(char const* name)
@@ -82,8 +103,7 @@ xcb_window_t WindowCrowd::show(Window const& about)
         XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     setText(window, XCB_ATOM_WM_CLASS, about.wmClass + '\0' + about.wmClass + '\0');
     setText(window, XCB_ATOM_WM_CLIENT_MACHINE, machineName());
-    // Some process of the user's that goes on.
-    setNumbers(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, { static_cast<std::uint32_t>(getppid()) });
+    setNumbers(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, { static_cast<std::uint32_t>(startProcess()) });
     setNumbers(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, { atom("_NET_WM_WINDOW_TYPE_NORMAL") });
     if (about.hasPicture)
         setNumbers(window, "_NET_WM_ICON", XCB_ATOM_CARDINAL, pictures());

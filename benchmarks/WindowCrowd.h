@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/types.h>
 #include <xcb/xcb.h>
 
 #include <string>
@@ -7,7 +8,7 @@
 
 namespace marrowick::benchmarks {
 
-/// Many windows of as many applications, those of a program of its own as far as the server and the window properties tell.
+/// Many windows of as many applications, each of a process of its own as far as the window properties tell.
 /// They stand on the screen until the end of this object, which also says what a window manager would: that they are there.
 class WindowCrowd {
 public:
@@ -31,9 +32,11 @@ private:
         xcb_window_t window, char const* property, xcb_atom_t type, std::vector<std::uint32_t> const& numbers);
     void setText(xcb_window_t window, xcb_atom_t property, std::string const& text);
     xcb_window_t show(Window const& about);
+    pid_t startProcess();
 
     xcb_connection_t* connection_;
     xcb_screen_t* screen_ = nullptr;
+    std::vector<pid_t> processes_;
     bool isShown_ = false;
 };
 

@@ -22,7 +22,8 @@ constexpr double opacityOfHidden = 0.4;
 
 Applications listedApplications(bool includeBackgroundOnly)
 {
-    auto applications = platform().workspace->runningApplications();
+    auto applications = platform().workspace->runningApplications(
+        includeBackgroundOnly ? BackgroundOnly::included : BackgroundOnly::leftOut);
     auto const own = platform().application->bundleIdentifier();
     std::erase_if(applications, [&](auto const& application) {
         return application->bundleIdentifier() == own

@@ -5,6 +5,7 @@
 #include "Platform/RunningApplication.h"
 #include "Platform/Subscription.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -19,6 +20,12 @@ struct InstalledItem {
     FileURL url;
     /// What the desktop calls it in the user's language.
     std::string localizedName;
+};
+
+/// Whether applications that show nothing on the screen are listed too.
+enum class BackgroundOnly : std::uint8_t {
+    included,
+    leftOut,
 };
 
 /// Opens and reveals files, and knows which applications run. Every call is made on the main thread.
@@ -44,8 +51,9 @@ public:
     /// Moves `urls` to the trash; `done` comes later, once, with the first error or none. Nothing is ever deleted instead.
     virtual void recycle(std::vector<FileURL> const& urls, std::function<void(std::optional<Error>)> done) = 0;
 
-    /// The applications that run, those that have windows first, in the order in which they were started.
-    virtual std::vector<std::shared_ptr<RunningApplication>> runningApplications() = 0;
+    /// The applications that run, those that have windows first, in the order in which they were started. To find those
+    /// that only work in the background may take a look at every process of the system.
+    virtual std::vector<std::shared_ptr<RunningApplication>> runningApplications(BackgroundOnly backgroundOnly) = 0;
 
     /// The applications that the desktop shows to the user, beside those in the applications folder; in no order.
     virtual std::vector<InstalledItem> additionalApplications() = 0;

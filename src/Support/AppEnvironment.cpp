@@ -28,7 +28,7 @@ AppEnvironment::AppEnvironment()
 {
     auto& workspace = *platform().workspace;
     activations_ = workspace.observeActivation([this](auto const& application) { appActivated(application); });
-    auto const applications = workspace.runningApplications();
+    auto const applications = workspace.runningApplications(BackgroundOnly::leftOut);
     auto const active = std::find_if(applications.begin(), applications.end(),
         [](auto const& application) { return application->isActive() && !isThisProgram(*application); });
     if (active != applications.end())

@@ -62,7 +62,12 @@ public:
         recycling_.push_back(std::move(done));
         remember("recycle" + joinedPaths(urls));
     }
-    std::vector<std::shared_ptr<RunningApplication>> runningApplications() override { return running; }
+    /// All of them, whatever is asked for: a desktop may not know better.
+    std::vector<std::shared_ptr<RunningApplication>> runningApplications(BackgroundOnly backgroundOnly) override
+    {
+        backgroundAskedFor.push_back(backgroundOnly);
+        return running;
+    }
     std::vector<InstalledItem> additionalApplications() override { return addedApplications; }
     std::vector<InstalledItem> additionalPreferencePanes() override { return addedPreferencePanes; }
 
@@ -109,6 +114,8 @@ public:
     /// The files of each call.
     std::vector<std::vector<FileURL>> recycled;
     std::vector<std::shared_ptr<RunningApplication>> running;
+    /// What was asked about background-only applications each time.
+    std::vector<BackgroundOnly> backgroundAskedFor;
     std::vector<InstalledItem> addedApplications;
     std::vector<InstalledItem> addedPreferencePanes;
     /// Runs while something is being opened or shown, to look at the rest of the desktop at that moment.

@@ -108,6 +108,17 @@ TEST_F(ProcessesMenuTest, ABackgroundOnlyAgentIsListedOnlyWhileControlIsHeld)
     EXPECT_EQ(openAlone(), (Shown { "Editor", "Helper" }));
 }
 
+TEST_F(ProcessesMenuTest, BackgroundOnlyAgentsAreLookedForOnlyWhereTheyAreListed)
+{
+    openAlone();
+    desktop.events.held = modifier::control;
+    openAlone();
+    desktop.events.held = {};
+    openAlone(true);
+    EXPECT_EQ(desktop.workspace.backgroundAskedFor,
+        (std::vector { BackgroundOnly::leftOut, BackgroundOnly::included, BackgroundOnly::included }));
+}
+
 TEST_F(ProcessesMenuTest, AMenuOfAllListsBackgroundOnlyAgentsToo)
 {
     start("Agent", ActivationPolicy::prohibited);

@@ -24,7 +24,7 @@ struct ApplicationFacts {
     /// What the windows bring along; unknown where nobody has looked.
     std::optional<Image> windowIcon;
     std::vector<ClientWindow> windows;
-    /// The processes of its windows, as far as this program may end them.
+    /// The processes of its windows on this machine. Not all of them are this program's to end.
     std::vector<ProcessIdentity> processes;
 };
 

@@ -64,11 +64,11 @@ std::vector<ApplicationFacts> applicationsWithoutWindows(
             facts.name = *name;
             facts.bundleURL = FileURL(entry->path);
             facts.policy = ActivationPolicy::prohibited;
-            found.push_back({ std::move(facts), process->startTime });
+            found.push_back({ std::move(facts), process->latestStart });
         }
         auto& application = found[known->second];
         application.facts.processes.push_back(*process);
-        application.startTime = std::min(application.startTime, process->startTime);
+        application.startTime = std::min(application.startTime, process->latestStart);
     }
     std::stable_sort(found.begin(), found.end(),
         [](BackgroundApplication const& a, BackgroundApplication const& b) { return a.startTime < b.startTime; });

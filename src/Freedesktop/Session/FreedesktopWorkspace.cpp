@@ -55,9 +55,10 @@ void FreedesktopWorkspace::recycle(std::vector<FileURL> const& urls, std::functi
     });
 }
 
-std::vector<std::shared_ptr<RunningApplication>> FreedesktopWorkspace::runningApplications()
+std::vector<std::shared_ptr<RunningApplication>> FreedesktopWorkspace::runningApplications(
+    BackgroundOnly backgroundOnly)
 {
-    return runningApplications_.list();
+    return runningApplications_.list(backgroundOnly);
 }
 
 std::vector<InstalledItem> FreedesktopWorkspace::additionalApplications()

@@ -25,7 +25,7 @@ public:
     void open(std::vector<FileURL> const& urls, FileURL const& withApplication) override;
     void selectFile(FileURL const& path) override;
     void recycle(std::vector<FileURL> const& urls, std::function<void(std::optional<Error>)> done) override;
-    std::vector<std::shared_ptr<RunningApplication>> runningApplications() override;
+    std::vector<std::shared_ptr<RunningApplication>> runningApplications(BackgroundOnly backgroundOnly) override;
     std::vector<InstalledItem> additionalApplications() override;
     std::vector<InstalledItem> additionalPreferencePanes() override;
     Subscription observeActivation(std::function<void(std::shared_ptr<RunningApplication>)> handler) override;

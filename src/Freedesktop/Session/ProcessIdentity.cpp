@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <charconv>
 #include <csignal>
+#include <ctime>
 #include <string>
 #include <string_view>
 
@@ -63,12 +64,23 @@ std::optional<ProcessIdentity> identityOfProcess(pid_t pid)
     return startTime ? std::optional(ProcessIdentity { pid, *startTime }) : std::nullopt;
 }
 
+std::uint64_t ticksSinceBoot()
+{
+    constexpr std::uint64_t nanosecondsInSecond = 1'000'000'000;
+    std::timespec now {};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    auto const nanoseconds
+        = static_cast<std::uint64_t>(now.tv_sec) * nanosecondsInSecond + static_cast<std::uint64_t>(now.tv_nsec);
+    return nanoseconds / (nanosecondsInSecond / static_cast<std::uint64_t>(sysconf(_SC_CLK_TCK)));
+}
+
 bool sendSignal(ProcessIdentity const& process, int signal)
 {
     // Held before the identity is looked at: then the number cannot pass to another process in between.
     FileDescriptor const handle(pidfd_open(process.pid, 0));
     bool const isKnown = handle.get() >= 0 || errno == ENOSYS;
-    if (!isKnown || identityOfProcess(process.pid) != process)
+    auto const present = isKnown ? identityOfProcess(process.pid) : std::nullopt;
+    if (!present || present->latestStart > process.latestStart)
         return false;
     if (handle.get() < 0)
         return kill(process.pid, signal) == 0;

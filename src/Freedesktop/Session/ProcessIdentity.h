@@ -10,8 +10,9 @@ namespace marrowick {
 /// A process, told from a later one that got the same number.
 struct ProcessIdentity {
     pid_t pid = 0;
-    /// In the system's own units since it was booted.
-    std::uint64_t startTime = 0;
+    /// When it started or any later moment at which it ran, in the system's ticks since it was booted. A later process
+    /// starts after that.
+    std::uint64_t latestStart = 0;
 
     friend bool operator==(ProcessIdentity const&, ProcessIdentity const&) = default;
 };
@@ -20,7 +21,11 @@ struct ProcessIdentity {
 /// business with: itself, the system's first process, and other users' processes.
 std::optional<ProcessIdentity> identityOfProcess(pid_t pid);
 
-/// Sends a signal to the process, never to another one that got its number; false where it was not sent.
+/// This moment, for a process that runs and whose start nobody looked up.
+std::uint64_t ticksSinceBoot();
+
+/// Sends a signal to the process, never to another one that got its number and never to what `identityOfProcess` tells
+/// nothing of; false where it was not sent.
 bool sendSignal(ProcessIdentity const& process, int signal);
 
 }

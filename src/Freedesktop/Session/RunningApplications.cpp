@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <iterator>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -31,31 +31,20 @@ std::string executableOfProcess(pid_t pid)
     return std::string(path);
 }
 
-/// The processes behind windows; many windows of one process are asked about once.
-class KnownProcesses {
-public:
-    std::vector<ProcessIdentity> of(ApplicationFacts const& application)
-    {
-        std::vector<ProcessIdentity> processes;
-        for (auto const& window : application.windows) {
-            auto const process = window.pid && window.isLocal ? identityOf(*window.pid) : std::nullopt;
-            if (process && std::find(processes.begin(), processes.end(), *process) == processes.end())
-                processes.push_back(*process);
-        }
-        return processes;
+/// The processes behind the windows of `application`, which ran at the moment `now`. What they are is looked up when one
+/// of them is to be ended: for all of them that would take longer than everything else.
+std::vector<ProcessIdentity> processesOf(ApplicationFacts const& application, std::uint64_t now)
+{
+    std::vector<ProcessIdentity> processes;
+    for (auto const& window : application.windows) {
+        if (!window.pid || !window.isLocal)
+            continue;
+        ProcessIdentity const process { *window.pid, now };
+        if (std::find(processes.begin(), processes.end(), process) == processes.end())
+            processes.push_back(process);
     }
-
-private:
-    std::optional<ProcessIdentity> identityOf(pid_t pid)
-    {
-        auto const [known, isNew] = identities_.try_emplace(pid);
-        if (isNew)
-            known->second = identityOfProcess(pid);
-        return known->second;
-    }
-
-    std::unordered_map<pid_t, std::optional<ProcessIdentity>> identities_;
-};
+    return processes;
+}
 
 }
 
@@ -99,6 +88,7 @@ RunningApplications::~RunningApplications()
 std::vector<ApplicationFacts> RunningApplications::read()
 {
     auto const windows = readClientWindows(*connection_, [this] { entries_.refresh(); });
+    auto const now = ticksSinceBoot();
     std::unordered_map<pid_t, std::string> executables;
     auto rules = rules_;
     rules.executableOf = [&](pid_t pid) {
@@ -108,17 +98,19 @@ std::vector<ApplicationFacts> RunningApplications::read()
         return known->second;
     };
     auto applications = applicationsOfWindows(windows, rules);
-    KnownProcesses processes;
     for (auto& application : applications)
-        application.processes = processes.of(application);
+        application.processes = processesOf(application, now);
     return applications;
 }
 
-std::vector<std::shared_ptr<RunningApplication>> RunningApplications::list()
+std::vector<std::shared_ptr<RunningApplication>> RunningApplications::list(BackgroundOnly backgroundOnly)
 {
     auto known = read();
     std::vector<ApplicationFacts> withoutWindows;
-    lookAtIcons(known, *connection_, [&] { withoutWindows = applicationsWithoutWindows(known, rules_); });
+    lookAtIcons(known, *connection_, [&] {
+        if (backgroundOnly == BackgroundOnly::included)
+            withoutWindows = applicationsWithoutWindows(known, rules_);
+    });
     std::move(withoutWindows.begin(), withoutWindows.end(), std::back_inserter(known));
     std::vector<std::shared_ptr<RunningApplication>> applications;
     applications.reserve(known.size());

@@ -3,6 +3,7 @@
 #include "Freedesktop/DeliveryGate.h"
 #include "Freedesktop/Session/ApplicationList.h"
 #include "Platform/Subscription.h"
+#include "Platform/Workspace.h"
 
 #include <functional>
 #include <memory>
@@ -22,7 +23,7 @@ public:
     RunningApplications(RunningApplications const&) = delete;
     RunningApplications& operator=(RunningApplications const&) = delete;
 
-    std::vector<std::shared_ptr<RunningApplication>> list();
+    std::vector<std::shared_ptr<RunningApplication>> list(BackgroundOnly backgroundOnly);
 
     /// Calls `handler` when another application than the last one becomes the active one. No window being active and
     /// this program's own windows do not count.

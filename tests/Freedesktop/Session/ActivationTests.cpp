@@ -177,7 +177,7 @@ TEST_F(ActivationTest, AChangeThatAQuestionOvertakesIsStillReported)
     auto const subscription = observe();
     // The question's answer brings the event along, so the connection itself will not become readable for it.
     display_.announceActive(a);
-    workspace_.runningApplications();
+    workspace_.runningApplications(BackgroundOnly::included);
     EXPECT_TRUE(waitFor([&] { return activated_ == std::vector<std::string> { "A" }; }));
 }
 

@@ -87,6 +87,18 @@ TEST_F(BackgroundApplicationsTest, AProcessWithoutAWindowHasNoneAndStandsBehindT
     EXPECT_FALSE(application->isHidden());
 }
 
+TEST_F(BackgroundApplicationsTest, WhereTheyAreLeftOutNoProcessIsLookedFor)
+{
+    install("marrowick-waiter");
+    auto const process = start("marrowick-waiter");
+    auto const window = display_.makeWindow("a", "A");
+    display_.announce({ window }, window);
+    auto const shown = workspace_.runningApplications(BackgroundOnly::leftOut);
+    ASSERT_EQ(shown.size(), 1U);
+    EXPECT_EQ(shown.front()->bundleIdentifier(), "A");
+    EXPECT_EQ(workspace_.runningApplications(BackgroundOnly::included).size(), 2U);
+}
+
 TEST_F(BackgroundApplicationsTest, InTheOrderOfTheirStartsEachApplicationOnce)
 {
     install("marrowick-waiter-a");

@@ -21,7 +21,7 @@ protected:
     std::vector<std::string> identifiers()
     {
         std::vector<std::string> identifiers;
-        for (auto const& application : workspace_.runningApplications())
+        for (auto const& application : workspace_.runningApplications(BackgroundOnly::included))
             identifiers.push_back(application->bundleIdentifier().value_or("none"));
         return identifiers;
     }
@@ -29,7 +29,7 @@ protected:
     /// Not knowing the application fails the test.
     std::shared_ptr<RunningApplication> find(std::string const& identifier)
     {
-        for (auto const& application : workspace_.runningApplications()) {
+        for (auto const& application : workspace_.runningApplications(BackgroundOnly::included)) {
             if (application->bundleIdentifier() == identifier)
                 return application;
         }

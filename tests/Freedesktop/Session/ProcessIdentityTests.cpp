@@ -56,7 +56,7 @@ TEST_F(ProcessIdentityTest, IsTheSameAsLongAsTheProcessRuns)
     auto const identity = identityOfProcess(pid_);
     ASSERT_TRUE(identity);
     EXPECT_EQ(identity->pid, pid_);
-    EXPECT_GT(identity->startTime, 0u);
+    EXPECT_GT(identity->latestStart, 0u);
     EXPECT_EQ(identity, identityOfProcess(pid_));
 }
 
@@ -81,11 +81,29 @@ TEST_F(ProcessIdentityTest, ASignalNeverReachesALaterProcessOfThatNumber)
 {
     auto identity = identityOfProcess(pid_);
     ASSERT_TRUE(identity);
-    --identity->startTime;
+    --identity->latestStart;
     EXPECT_FALSE(sendSignal(*identity, SIGKILL));
     EXPECT_FALSE(sendSignal({ 0, 0 }, SIGKILL));
     EXPECT_FALSE(sendSignal({ -1, 0 }, SIGKILL));
     EXPECT_TRUE(runs());
+}
+
+TEST_F(ProcessIdentityTest, AProcessThatWasSeenRunningIsReached)
+{
+    auto const moment = ticksSinceBoot();
+    EXPECT_GE(moment, identityOfProcess(pid_)->latestStart);
+    EXPECT_TRUE(sendSignal({ pid_, moment }, 0));
+    // What starts later is not what was seen.
+    while (ticksSinceBoot() <= moment)
+        usleep(1000);
+    auto const later = fork();
+    if (later == 0) {
+        for (;;)
+            pause();
+    }
+    EXPECT_FALSE(sendSignal({ later, moment }, SIGKILL));
+    EXPECT_TRUE(sendSignal({ later, ticksSinceBoot() }, SIGKILL));
+    EXPECT_EQ(waitpid(later, nullptr, 0), later);
 }
 
 TEST_F(ProcessIdentityTest, AnotherUsersProcessIsNotOurs)
@@ -94,6 +112,7 @@ TEST_F(ProcessIdentityTest, AnotherUsersProcessIsNotOurs)
         GTEST_SKIP() << "Being another user needs root.";
     ASSERT_EQ(seteuid(12345), 0);
     auto const identity = identityOfProcess(pid_);
+    EXPECT_FALSE(sendSignal({ pid_, ticksSinceBoot() }, 0));
     ASSERT_EQ(seteuid(0), 0);
     EXPECT_FALSE(identity);
 }
