@@ -199,7 +199,8 @@ TEST_F(RunningApplicationsTest, AnApplicationThatQuitKeepsAnswering)
 TEST_F(ManagedDesktopTest, RealWindowsAreListedActivatedAndMinimised)
 {
     StartedProgram const first({ "xterm", "-class", "FirstTerm", "-e", "sleep", "100" });
-    ASSERT_TRUE(waitFor([&] { return identifiers() == std::vector<std::string> { "FirstTerm" }; }));
+    ASSERT_TRUE(waitFor([&] { return identifiers() == std::vector<std::string> { "FirstTerm" }; }))
+        << testing::PrintToString(identifiers());
     StartedProgram const second({ "xterm", "-class", "SecondTerm", "-e", "sleep", "100" });
     ASSERT_TRUE(waitFor([&] { return identifiers() == std::vector<std::string> { "FirstTerm", "SecondTerm" }; }));
 
