@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 
@@ -44,6 +45,13 @@ protected:
     {
         auto const all = identifiers();
         return std::find(all.begin(), all.end(), "Client") != all.end();
+    }
+
+    bool allWindowsTellTheirProcess()
+    {
+        auto const windows = display_.numbers(display_.root(), "_NET_CLIENT_LIST");
+        return std::all_of(windows.begin(), windows.end(),
+            [&](xcb_window_t window) { return !display_.numbers(window, "_NET_WM_PID").empty(); });
     }
 
     /// Absent where it goes on.
@@ -153,7 +161,12 @@ TEST_F(TerminationTest, ATerminalEmulatorIsEnded)
     for (bool const byForce : { false, true }) {
         client_ = std::make_unique<StartedProgram>(
             std::vector<std::string> { "xterm", "-class", "Client", "-e", "sleep", "100" });
-        ASSERT_TRUE(waitFor([&] { return isListed(); }));
+        // It says whose its window is, by several properties, after that has come.
+        auto const started = std::chrono::steady_clock::now();
+        ASSERT_TRUE(waitFor([&] {
+            bool const isSettled = std::chrono::steady_clock::now() - started > std::chrono::milliseconds(700);
+            return isSettled && isListed() && allWindowsTellTheirProcess();
+        }));
         auto const application = find("Client");
         if (byForce)
             application->forceTerminate();
