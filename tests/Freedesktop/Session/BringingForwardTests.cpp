@@ -44,7 +44,7 @@ protected:
             ASSERT_EQ(runProgram({ "wmctrl", "-i", "-a", std::to_string(window) }), 0);
             ASSERT_TRUE(waitFor([&] { return active() == window; }));
         }
-        ASSERT_THAT(stacking(), ElementsAreArray(windows));
+        ASSERT_TRUE(waitFor([&] { return stacking() == windows; })) << testing::PrintToString(stacking());
     }
 
     void minimise(xcb_window_t window)

@@ -31,10 +31,11 @@ pid_t spawn(std::vector<std::string>& command)
     return posix_spawnp(&pid, words[0], nullptr, nullptr, words.data(), environ) == 0 ? pid : 0;
 }
 
+/// Not shown to the user: one that still ends is no application that runs.
 void installHandler(std::string const& id, std::string const& exec)
 {
     writeFile(environmentVariable("XDG_DATA_HOME") + "/applications/" + id + ".desktop",
-        "[Desktop Entry]\nType=Application\nName=" + id + "\nExec=" + exec + "\n");
+        "[Desktop Entry]\nType=Application\nNoDisplay=true\nName=" + id + "\nExec=" + exec + "\n");
 }
 
 /// The texts of a file, each ended by NUL; absent where there is none.

@@ -189,8 +189,9 @@ TEST_F(TerminationTest, AProgramThatHasEndedIsLeftInPeace)
     application->forceTerminate();
     find("Client")->terminate();
     ASSERT_TRUE(waitFor([&] { return wasAsked(); }));
-    EXPECT_TRUE(runs(client_->pid()));
+    EXPECT_TRUE(waitFor([&] { return !folder_.content("asked").empty(); }));
     EXPECT_EQ(folder_.content("asked"), "asked\n");
+    EXPECT_TRUE(runs(client_->pid()));
 }
 
 TEST_F(AnnouncedTerminationTest, EachWindowIsAskedForInTheUsersName)
