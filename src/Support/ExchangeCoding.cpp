@@ -58,6 +58,25 @@ public:
         return true;
     }
 
+    bool append(MoveRequest const& request)
+    {
+        bytes_ += R"({"op":)";
+        if (!append(request.op))
+            return false;
+        bytes_ += R"(,"dest":)";
+        if (!append(request.dest))
+            return false;
+        bytes_ += R"(,"sources":[)";
+        for (auto const& source : request.sources) {
+            if (&source != &request.sources.front())
+                bytes_ += ',';
+            if (!append(source))
+                return false;
+        }
+        bytes_ += "]}";
+        return true;
+    }
+
 private:
     bool append(std::vector<SnapshotNode> const& nodes)
     {
@@ -125,6 +144,16 @@ std::optional<std::string> encode(Snapshot const& snapshot)
     try {
         std::string bytes;
         return Writer(bytes).append(snapshot, *generated) ? std::optional(std::move(bytes)) : std::nullopt;
+    } catch (std::exception const&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<std::string> encode(MoveRequest const& request)
+{
+    try {
+        std::string bytes;
+        return Writer(bytes).append(request) ? std::optional(std::move(bytes)) : std::nullopt;
     } catch (std::exception const&) {
         return std::nullopt;
     }

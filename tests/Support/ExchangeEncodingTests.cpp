@@ -96,6 +96,34 @@ TEST(ExchangeEncodingTest, ATextThatIsNotUTF8CannotBeWritten)
     }
 }
 
+TEST(ExchangeEncodingTest, ARequestHasItsKeysInTheOrderOfTheRecord)
+{
+    EXPECT_EQ(encode(MoveRequest { "move", "/x/Dest", { "/b", "/a \"1\"" } }),
+        R"({"op":"move","dest":"\/x\/Dest","sources":["\/b","\/a \"1\""]})");
+    EXPECT_EQ(encode(MoveRequest { "ask", "/", {} }), R"({"op":"ask","dest":"\/","sources":[]})");
+}
+
+TEST(ExchangeEncodingTest, ARequestThatIsNotUTF8CannotBeWritten)
+{
+    EXPECT_EQ(encode(MoveRequest { "\xff", "/", {} }), std::nullopt);
+    EXPECT_EQ(encode(MoveRequest { "move", "/\xc3", {} }), std::nullopt);
+    EXPECT_EQ(encode(MoveRequest { "move", "/", { "/a", "/\xff" } }), std::nullopt);
+}
+
+TEST(ExchangeEncodingTest, ARequestThatWasWrittenIsReadAsTheSame)
+{
+    MoveRequest const requests[] {
+        { "ask", "/x", {} },
+        { "alias", "/ \"\\\n\x01é", { "", "/", "/a%20_#?\t", "/\u2028𝄞" } },
+        { "copy", "/x", std::vector<std::string>(1000, "/" + std::string(300, 'n')) },
+    };
+    for (auto const& request : requests) {
+        auto const bytes = encode(request);
+        ASSERT_TRUE(bytes);
+        EXPECT_EQ(decodeMoveRequest(*bytes), request);
+    }
+}
+
 TEST(ExchangeEncodingTest, WhatWasWrittenIsReadAsTheSame)
 {
     Snapshot const snapshot { generated,
