@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Checks what the sources include: arrows between the layers point down only, and no files include each other in a circle.
 
-    layers.py FOLDER        FOLDER is the project's src
+    layers.py FOLDER [EXTENSIONS]       FOLDER is the project's src, EXTENSIONS the companions inside file managers
+
+Of the core, the companions include the records that they exchange with the program and nothing else.
 """
 
 import pathlib
@@ -35,6 +37,17 @@ ALLOWED_HEADERS = {
     "Support/RecordReader.h": {"boost/json/error.hpp", "boost/json/string_view.hpp"},
     "Support/ExchangeCoding.cpp": {"boost/json/basic_parser_impl.hpp", "boost/json/serializer.hpp"},
 }
+# What each part of the companions may include of the others, and of the core.
+EXTENSION_PARTS = {
+    "Shared": {"Shared", "Support"},
+    "Gtk3": {"Gtk3", "Shared"},
+    "Caja": {"Caja", "Gtk3", "Shared"},
+    "Nautilus": {"Nautilus", "Shared"},
+    "Nemo": {"Gtk3", "Nemo", "Shared"},
+    "Thunar": {"Gtk3", "Shared", "Thunar"},
+}
+# No file manager and no toolkit is needed to build and to test what all of them share.
+FORBIDDEN_IN_SHARED = re.compile(r"(gtk|gdk|atk|thunarx|libcaja|libnemo|nautilus)")
 # The interfaces are also compiled as Objective-C++ by compilers whose library lacks these.
 FORBIDDEN_IN_PLATFORM = {"ranges", "source_location"}
 
@@ -92,6 +105,32 @@ def problems_of_include(path, mark, name, known):
     return []
 
 
+def problems_of_extension_include(path, mark, name, known):
+    part = layer_of(path)
+    if mark == '"':
+        if name not in known:
+            return [f'{path}: includes "{name}", which is no file of the companions or of the core']
+        if layer_of(name) not in EXTENSION_PARTS[part]:
+            return [f'{path}: includes "{name}"; {part} may include {", ".join(sorted(EXTENSION_PARTS[part]))}']
+    elif mark != "<":
+        return [f"{path}: includes something that cannot be read as a file's name: {name}"]
+    elif part == "Shared" and FORBIDDEN_IN_SHARED.match(name):
+        return [f"{path}: includes <{name}>, which not every file manager has"]
+    return []
+
+
+def extension_problems(files, core):
+    """All that is wrong with the companions, by their paths below their folder; core holds the files below src."""
+    found = []
+    for path, text in sorted(files.items()):
+        if layer_of(path) not in EXTENSION_PARTS:
+            found.append(f"{path}: lies in no part that this check knows")
+            continue
+        for mark, name in includes_of(text):
+            found += problems_of_extension_include(path, mark, name, files.keys() | core.keys())
+    return found
+
+
 def circles(graph):
     """One circle of the graph for each place where following the includes comes back to a file on the way."""
     found = []
@@ -145,6 +184,9 @@ def main():
     if not files:
         sys.exit(f"no sources in {sys.argv[1]}")
     found = problems(files)
+    for folder in sys.argv[2:]:
+        extensions = read_files(pathlib.Path(folder))
+        found += extension_problems(extensions, files) if extensions else [f"no sources in {folder}"]
     print("\n".join(found))
     print(f"{len(files)} files, {len(found)} problems")
     return 1 if found else 0

@@ -3,7 +3,7 @@
 
 import unittest
 
-from layers import circles, includes_of, problems
+from layers import circles, extension_problems, includes_of, problems
 
 SOUND = {
     "main.cpp": '#include "AppDelegate.h"\n#include "Platform/Platform.h"\n#include <memory>\n',
@@ -127,6 +127,42 @@ class LayersTest(unittest.TestCase):
     def test_includes_are_read_however_they_are_written(self):
         text = '#include "a"\n  #  include <b> // why\n#import "c"\n/* #include "d"\n#include "e" */\n// #include "f"\n'
         self.assertEqual(includes_of(text), [('"', "a"), ("<", "b"), ('"', "c")])
+
+    def found_in_extension(self, path, text):
+        core = {"Support/Record.h": "", "Platform/FileURL.h": "", "Freedesktop/Owners.h": ""}
+        parts = {"Shared/Menu.h": "", "Gtk3/Windows.h": "", "Nemo/Selection.h": "", "Nautilus/Windows.h": ""}
+        return extension_problems({**parts, path: text}, core)
+
+    def test_sound_companions_have_no_problems(self):
+        for path, text in [
+            ("Shared/A.cpp", '#include "Shared/Menu.h"\n#include "Support/Record.h"\n#include <gio/gio.h>\n'),
+            ("Nemo/A.cpp", '#include "Nemo/Selection.h"\n#include "Gtk3/Windows.h"\n#include <gtk/gtk.h>\n'),
+            ("Nautilus/A.cpp", '#include "Shared/Menu.h"\n'),
+        ]:
+            with self.subTest(path=path):
+                self.assertEqual(self.found_in_extension(path, text), [])
+
+    def test_companion_that_includes_what_is_not_its_part_is_found(self):
+        for path, target in [
+            ("Shared/A.cpp", "Gtk3/Windows.h"),
+            ("Shared/A.cpp", "Platform/FileURL.h"),
+            ("Shared/A.cpp", "Freedesktop/Owners.h"),
+            ("Nemo/A.cpp", "Support/Record.h"),
+            ("Caja/A.cpp", "Nemo/Selection.h"),
+            ("Nautilus/A.cpp", "Gtk3/Windows.h"),
+            ("Gtk3/A.cpp", "Nemo/Selection.h"),
+            ("Thunar/A.cpp", "Shared/Missing.h"),
+            ("Other/A.cpp", "Shared/Menu.h"),
+        ]:
+            with self.subTest(path=path, target=target):
+                found = self.found_in_extension(path, f'#include "{target}"\n')
+                self.assertEqual(len(found), 1, found)
+                self.assertIn(path, found[0])
+
+    def test_toolkit_in_what_all_companions_share_is_found(self):
+        for name in ["gtk/gtk.h", "gdk/gdkx.h", "atk/atk.h", "thunarx/thunarx.h", "libcaja-extension/caja-file-info.h"]:
+            with self.subTest(name=name):
+                self.assertEqual(len(self.found_in_extension("Shared/A.h", f"#include <{name}>\n")), 1)
 
 
 if __name__ == "__main__":

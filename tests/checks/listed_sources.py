@@ -8,7 +8,7 @@ import pathlib
 import re
 import sys
 
-FOLDERS = ["src", "tests", "benchmarks"]
+FOLDERS = ["src", "extensions", "tests", "benchmarks"]
 SUFFIXES = {".cpp", ".mm"}
 COMMENT = re.compile(r"#.*")
 WORD = re.compile(r'[^\s()";]+')

@@ -35,7 +35,7 @@ class ListedSourcesTest(unittest.TestCase):
         self.assertEqual(found, [])
 
     def test_forgotten_source_is_found_in_each_folder(self):
-        for folder in ["src", "tests", "benchmarks"]:
+        for folder in ["src", "extensions", "tests", "benchmarks"]:
             with self.subTest(folder=folder):
                 found = self.found_in({f"{folder}/CMakeLists.txt": "add_library(a A.cpp)", f"{folder}/Deep/B.cpp": ""})
                 self.assertEqual(found, [f"{folder}/Deep/B.cpp: listed in no CMakeLists.txt"])
