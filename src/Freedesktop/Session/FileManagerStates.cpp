@@ -1,10 +1,10 @@
 #include "Freedesktop/Session/FileManagerStates.h"
 
+#include "Freedesktop/Session/ExportedWindows.h"
 #include "Freedesktop/Session/FinderScripts.h"
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -15,6 +15,8 @@ namespace {
 constexpr std::string_view companionPrefix = "org.marrowick.FileManager.";
 constexpr char companionPath[] = "/org/marrowick/FileManager";
 constexpr char companionInterface[] = "org.marrowick.FileManager";
+constexpr std::string_view serviceName = "org.freedesktop.FileManager1";
+constexpr char servicePath[] = "/org/freedesktop/FileManager1";
 constexpr char stateType[] = "(a(tsassb))";
 
 // The numbers that scripts know these errors by.
@@ -52,18 +54,23 @@ std::string messageOf(GError const& error)
     return shortened(copy->message);
 }
 
-std::vector<std::string> companionNames(GVariant* answer)
+/// The names of companions, and last that of the desktop's file manager where it is there.
+std::vector<std::string> askableNames(GVariant* answer)
 {
     GVariantOwner const list(g_variant_get_child_value(answer, 0));
     std::vector<std::string> names;
     GVariantIter iterator;
     g_variant_iter_init(&iterator, list.get());
     char const* name = nullptr;
+    bool hasService = false;
     while (g_variant_iter_next(&iterator, "&s", &name)) {
         if (std::string_view(name).starts_with(companionPrefix))
             names.emplace_back(name);
+        hasService = hasService || name == serviceName;
     }
     std::sort(names.begin(), names.end());
+    if (hasService)
+        names.emplace_back(serviceName);
     return names;
 }
 
@@ -167,26 +174,36 @@ void FileManagerStates::probe(BusCall call)
     bus_.call(std::move(call), [this, destination](GVariant*, GError const*) { silent_.erase(destination); });
 }
 
-std::vector<std::string> FileManagerStates::findCompanions(Clock::time_point deadline)
+FileManagerStates::Askable FileManagerStates::findAskable(Clock::time_point deadline)
 {
+    Askable askable;
     auto const lists = callAll({ callToBus("ListNames", nullptr) }, deadline);
     auto const& list = lists.front();
     if (list.outcome != Outcome::answered || !g_variant_is_of_type(list.answer.get(), G_VARIANT_TYPE("(as)")))
-        return {};
+        return askable;
+    auto const names = askableNames(list.answer.get());
     std::vector<BusCall> calls;
-    for (auto const& name : companionNames(list.answer.get()))
+    for (auto const& name : names)
         calls.push_back(callToBus("GetNameOwner", g_variant_new("(s)", name.c_str())));
-    std::vector<std::string> owners;
-    for (auto const& reply : callAll(std::move(calls), deadline)) {
+    auto const replies = callAll(std::move(calls), deadline);
+    // What the bus itself has used up is not held against the companions.
+    if (Clock::now() >= deadline)
+        return askable;
+    auto& companions = askable.companions;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        auto const& reply = replies[i];
         if (reply.outcome != Outcome::answered || !g_variant_is_of_type(reply.answer.get(), G_VARIANT_TYPE("(s)")))
             continue;
         char const* owner = nullptr;
         g_variant_get(reply.answer.get(), "(&s)", &owner);
-        if (std::find(owners.begin(), owners.end(), owner) == owners.end())
-            owners.emplace_back(owner);
+        if (std::find(companions.begin(), companions.end(), owner) != companions.end())
+            continue;
+        if (names[i] == serviceName)
+            askable.service = owner;
+        else
+            companions.emplace_back(owner);
     }
-    // What the bus itself has used up is not held against the companions.
-    return Clock::now() < deadline ? owners : std::vector<std::string> {};
+    return askable;
 }
 
 std::variant<FileManagerWindows, ScriptFailure> FileManagerStates::ask()
@@ -195,13 +212,23 @@ std::variant<FileManagerWindows, ScriptFailure> FileManagerStates::ask()
         return FileManagerWindows {};
     context_.serveArrived();
     auto const deadline = Clock::now() + patience;
+    auto const askable = findAskable(deadline);
     std::vector<BusCall> calls;
-    for (auto const& owner : findCompanions(deadline))
-        calls.push_back({ owner, companionPath, companionInterface, "GetState", nullptr, noTimeout });
+    for (auto const& companion : askable.companions)
+        calls.push_back({ companion, companionPath, companionInterface, "GetState", nullptr, noTimeout });
+    if (!askable.service.empty())
+        calls.push_back({ askable.service, servicePath, "org.freedesktop.DBus.Properties", "Get",
+            g_variant_new("(ss)", serviceName.data(), "OpenWindowsWithLocations"), noTimeout });
 
+    auto replies = callAll(std::move(calls), deadline);
     FileManagerWindows windows;
+    Reply exported;
+    if (!askable.service.empty()) {
+        exported = std::move(replies.back());
+        replies.pop_back();
+    }
     std::optional<ScriptFailure> failure;
-    for (auto& reply : callAll(std::move(calls), deadline)) {
+    for (auto& reply : replies) {
         bool const isAnswer = reply.outcome == Outcome::answered;
         if (isAnswer && g_variant_is_of_type(reply.answer.get(), G_VARIANT_TYPE(stateType))) {
             appendWindows(windows, reply.answer.get());
@@ -212,6 +239,9 @@ std::variant<FileManagerWindows, ScriptFailure> FileManagerStates::ask()
         if (reply.outcome != Outcome::absent && !failure)
             failure = failureOf(reply);
     }
+    // Most file managers have no such property, which is no failure.
+    if (exported.outcome == Outcome::answered)
+        appendExportedWindows(windows, exported.answer.get(), askable.service);
     if (windows.empty() && failure)
         return std::move(*failure);
     return windows;

@@ -8,11 +8,21 @@
 #include <xcb/xcb.h>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace marrowick {
+
+/// A window as a file manager without a companion tells it, by the desktop's common interface.
+struct ExportedWindow {
+    /// Where it is on the bus.
+    std::string connection;
+    std::string objectPath;
+    /// What its tabs show, in no particular order.
+    std::vector<std::string> folderURIs;
+};
 
 /// A window of a file manager, as the file manager tells it.
 struct FileManagerWindow {
@@ -20,13 +30,16 @@ struct FileManagerWindow {
     xcb_window_t id = XCB_WINDOW_NONE;
     bool isActive = false;
     std::string folderURI;
-    /// A list of strings in the file manager's order.
+    /// A list of strings in the file manager's order; null where nothing is told of a selection.
     GVariantOwner selectedURIs;
+    /// Then what the folder and the number can be found from.
+    std::optional<ExportedWindow> exported = std::nullopt;
 };
 
 using FileManagerWindows = std::vector<FileManagerWindow>;
 
-/// Asks every file manager that has a companion on the session bus for its windows.
+/// Asks every file manager that has a companion on the session bus for its windows, and the desktop's file manager, where
+/// it has none, for what it exports.
 ///
 /// One that does not answer in time is left alone until an answer of it has arrived after all, which the next question
 /// notices. Should it have lost what it was asked, it is asked again from time to time without anyone waiting. It is
@@ -69,8 +82,13 @@ private:
     std::vector<Reply> callAll(std::vector<BusCall> calls, Clock::time_point deadline);
     /// Makes a call to one that keeps silent, when it is time to.
     void probe(BusCall call);
-    /// The connections that have a companion's name, each once.
-    std::vector<std::string> findCompanions(Clock::time_point deadline);
+    /// The connections to ask, each once.
+    struct Askable {
+        std::vector<std::string> companions;
+        /// That of the desktop's file manager where it has no companion, else empty.
+        std::string service;
+    };
+    Askable findAskable(Clock::time_point deadline);
 
     std::chrono::milliseconds probeInterval_;
     /// Outlives the bus, which ends its calls in it.

@@ -1,7 +1,9 @@
 #include "Freedesktop/Session/FreedesktopScriptingBridge.h"
 
+#include "Freedesktop/Session/ExportedWindows.h"
 #include "Freedesktop/Session/FinderScripts.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace marrowick {
@@ -29,7 +31,7 @@ bool isFileURI(std::string_view uri)
 EventDescriptor selectionOf(FileManagerWindow const* window)
 {
     EventDescriptor::List selection;
-    if (!window)
+    if (!window || !window->selectedURIs)
         return { std::move(selection) };
     GVariantIter iterator;
     g_variant_iter_init(&iterator, window->selectedURIs.get());
@@ -63,7 +65,9 @@ FreedesktopScriptingBridge::Answer FreedesktopScriptingBridge::askFrontWindow(De
     auto answer = fileManagerStates_.ask();
     if (auto* const failure = std::get_if<ScriptFailure>(&answer))
         return std::move(*failure);
-    auto const& windows = std::get<FileManagerWindows>(answer);
+    auto& windows = std::get<FileManagerWindows>(answer);
+    if (std::any_of(windows.begin(), windows.end(), [](auto const& window) { return window.exported.has_value(); }))
+        identifyExportedWindows(windows, readNamedWindows(*connection_));
     // One window is in front wherever it lies.
     auto const stacking = windows.size() > 1 ? readStacking(*connection_, windows) : std::vector<StackedWindow> {};
     return describe(frontWindow(windows, stacking));

@@ -14,8 +14,9 @@ namespace marrowick {
 
 /// Understands the scripts that the program itself sends, and answers every other one with an error. The selection and
 /// the front window are those of the file managers that have a companion on the session bus. Without a companion nothing
-/// is selected, and the front window's target is a null descriptor, the answer that stands for "no window", and for a
-/// window that shows no folder of the disk, without being an error.
+/// is selected, and the front window's target is the folder that the desktop's file manager exports, or else a null
+/// descriptor, the answer that stands for "no window", and for a window that shows no folder of the disk, without being
+/// an error.
 class FreedesktopScriptingBridge : public ScriptingBridge {
 public:
     explicit FreedesktopScriptingBridge(std::shared_ptr<XConnection> connection);

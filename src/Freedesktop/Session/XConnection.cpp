@@ -23,6 +23,7 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(XAtom::count)> a
     "_NET_SUPPORTING_WM_CHECK",
     "_NET_WM_DESKTOP",
     "_NET_WM_ICON",
+    "_NET_WM_NAME",
     "_NET_WM_PID",
     "_NET_WM_STATE",
     "_NET_WM_STATE_HIDDEN",
@@ -38,6 +39,8 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(XAtom::count)> a
     "_NET_WM_WINDOW_TYPE_TOOLBAR",
     "_NET_WM_WINDOW_TYPE_UTILITY",
     "_GTK_APPLICATION_ID",
+    "_GTK_UNIQUE_BUS_NAME",
+    "_GTK_WINDOW_OBJECT_PATH",
     "UTF8_STRING",
     "WM_STATE",
 };

@@ -47,13 +47,13 @@ void callBus(char const* method, GVariant* arguments)
     g_object_unref(connection);
 }
 
-TestFileManager::TestFileManager(Behaviour behaviour, std::string name)
+TestFileManager::TestFileManager(Behaviour behaviour, std::string const& name)
     : behaviour_(behaviour)
     , connection_(connectToBus())
 {
     // A filter runs on the thread that reads the connection, so the calls are seen while the test waits elsewhere.
     g_dbus_connection_add_filter(connection_, filter, this, nullptr);
-    callBusOn(connection_, "RequestName", g_variant_new("(su)", name.c_str(), 4U));
+    takeName(name);
 }
 
 TestFileManager::~TestFileManager()
@@ -66,6 +66,22 @@ std::vector<RecordedCall> TestFileManager::calls()
 {
     std::lock_guard const lock(mutex_);
     return calls_;
+}
+
+void TestFileManager::takeName(std::string const& name)
+{
+    callBusOn(connection_, "RequestName", g_variant_new("(su)", name.c_str(), 4U));
+}
+
+std::string TestFileManager::connectionName() const
+{
+    return g_dbus_connection_get_unique_name(connection_);
+}
+
+void TestFileManager::exportWindows(std::string const& printedValue)
+{
+    std::lock_guard const lock(mutex_);
+    exportedWindows_ = printedValue;
 }
 
 GDBusMessage* TestFileManager::filter(GDBusConnection* connection, GDBusMessage* message, gboolean incoming, void* self)
@@ -95,8 +111,11 @@ void TestFileManager::handle(GDBusConnection* connection, GDBusMessage* message)
         call.uris = { g_dbus_message_get_path(message), printed };
         g_free(printed);
     }
+    std::string exported;
     {
         std::lock_guard const lock(mutex_);
+        if (call.method == "Get")
+            exported = exportedWindows_;
         calls_.push_back(std::move(call));
     }
     if (behaviour_ == Behaviour::keepsSilent)
@@ -104,6 +123,8 @@ void TestFileManager::handle(GDBusConnection* connection, GDBusMessage* message)
     auto* const answer = behaviour_ == Behaviour::answers
         ? g_dbus_message_new_method_reply(message)
         : g_dbus_message_new_method_error_literal(message, "org.freedesktop.DBus.Error.UnknownMethod", "No");
+    if (!exported.empty())
+        g_dbus_message_set_body(answer, g_variant_new_parsed(("(<" + exported + ">,)").c_str()));
     g_dbus_connection_send_message(connection, answer, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
     g_object_unref(answer);
 }

@@ -29,12 +29,19 @@ public:
     };
 
     explicit TestFileManager(
-        Behaviour behaviour = Behaviour::answers, std::string name = "org.freedesktop.FileManager1");
+        Behaviour behaviour = Behaviour::answers, std::string const& name = "org.freedesktop.FileManager1");
     ~TestFileManager();
     TestFileManager(TestFileManager const&) = delete;
     TestFileManager& operator=(TestFileManager const&) = delete;
 
     std::vector<RecordedCall> calls();
+
+    /// Takes another name.
+    void takeName(std::string const& name);
+    /// Its connection, as the bus names it.
+    std::string connectionName() const;
+    /// Answers the question for the property `OpenWindowsWithLocations` with this value, in the notation of `gdbus call`.
+    void exportWindows(std::string const& printedValue);
 
 private:
     static GDBusMessage* filter(GDBusConnection* connection, GDBusMessage* message, gboolean incoming, void* self);
@@ -43,6 +50,7 @@ private:
     Behaviour behaviour_;
     std::mutex mutex_;
     std::vector<RecordedCall> calls_;
+    std::string exportedWindows_;
     GDBusConnection* connection_ = nullptr;
 };
 
