@@ -1,16 +1,17 @@
 #include "Shared/StateService.h"
 
+#include "FileManagers/Asker.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <unistd.h>
 
-#include <chrono>
-#include <cstdlib>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace marrowick::companion {
 namespace {
@@ -21,77 +22,6 @@ std::string numberedName()
 {
     return plainName + std::string(".p") + std::to_string(getpid());
 }
-
-/// Serves the main loop until `condition` holds.
-bool waitFor(std::function<bool()> const& condition)
-{
-    auto const deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        g_main_context_iteration(nullptr, FALSE);
-    }
-    return true;
-}
-
-/// Another program on the bus, with a connection of its own.
-class Asker {
-public:
-    Asker()
-        : connection_(g_dbus_connection_new_for_address_sync(std::getenv("DBUS_SESSION_BUS_ADDRESS"),
-            static_cast<GDBusConnectionFlags>(
-                G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-            nullptr, nullptr, nullptr))
-    {
-    }
-    ~Asker()
-    {
-        g_dbus_connection_close_sync(connection_, nullptr, nullptr);
-        g_object_unref(connection_);
-    }
-    Asker(Asker const&) = delete;
-    Asker& operator=(Asker const&) = delete;
-
-    /// What the bus itself says to a call about a name.
-    std::string askBus(char const* method, GVariant* arguments)
-    {
-        return ask("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method, arguments);
-    }
-    bool isOwned(std::string const& name)
-    {
-        return askBus("NameHasOwner", g_variant_new("(s)", name.c_str())) == "(true,)";
-    }
-    void takeName() { askBus("RequestName", g_variant_new("(su)", plainName, 4U)); }
-
-    std::string state(std::string const& name)
-    {
-        return ask(name.c_str(), "/org/marrowick/FileManager", "org.marrowick.FileManager", "GetState", nullptr);
-    }
-
-    /// The printed answer, or the name of the error.
-    std::string ask(char const* name, char const* path, char const* interface, char const* method, GVariant* arguments)
-    {
-        answer_.reset();
-        g_dbus_connection_call(connection_, name, path, interface, method, arguments, nullptr,
-            G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, answered, this);
-        return waitFor([&] { return answer_.has_value(); }) ? *answer_ : "no answer";
-    }
-
-private:
-    static void answered(GObject* connection, GAsyncResult* result, void* self)
-    {
-        GError* error = nullptr;
-        auto* answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &error);
-        char* const printed = answer ? g_variant_print(answer, FALSE) : g_dbus_error_get_remote_error(error);
-        static_cast<Asker*>(self)->answer_ = printed ? printed : "an error of no name";
-        g_free(printed);
-        g_clear_pointer(&answer, g_variant_unref);
-        g_clear_error(&error);
-    }
-
-    GDBusConnection* connection_;
-    std::optional<std::string> answer_;
-};
 
 class StateServiceTest : public testing::Test {
 protected:
@@ -152,7 +82,7 @@ TEST_F(StateServiceTest, AQuestionThatThrowsIsAnError)
 TEST_F(StateServiceTest, ASecondProcessTakesANumberedName)
 {
     Asker first;
-    first.takeName();
+    first.takeName(plainName);
     start([] { return std::vector<WindowState> { { 7, "file:///second", {}, "", false } }; });
     ASSERT_TRUE(waitFor([&] { return asker_.isOwned(numberedName()); }));
     EXPECT_EQ(asker_.state(numberedName()), "([(7, 'file:///second', [], '', false)],)");

@@ -1,0 +1,23 @@
+#include "FileManagers/Host/Host.h"
+
+#include <gtk/gtk.h>
+
+namespace marrowick::companion {
+
+void startToolkit()
+{
+    gtk_init(nullptr, nullptr);
+}
+
+void showWindow(char const* typeName)
+{
+    auto type = g_type_from_name(typeName);
+    if (type == 0)
+        type = g_type_register_static_simple(GTK_TYPE_WINDOW, typeName, sizeof(GtkWindowClass), nullptr,
+            sizeof(GtkWindow), nullptr, static_cast<GTypeFlags>(0));
+    auto* const window = static_cast<GtkWidget*>(g_object_new(type, nullptr));
+    gtk_container_add(GTK_CONTAINER(window), gtk_label_new("Another version"));
+    gtk_widget_show_all(window);
+}
+
+}
