@@ -209,15 +209,18 @@ TEST_F(ExtensionMenuTest, TheNextOpeningShowsWhatWasPublishedMeanwhile)
     EXPECT_EQ(*item(1, { 0 })->label, "Other");
 }
 
-TEST_F(ExtensionMenuTest, EntriesAreMadeAnewOnlyForAnotherSnapshot)
+TEST_F(ExtensionMenuTest, EntriesAreMadeAnewOnlyForOtherFolders)
 {
     publish(twoRoots);
     auto const entries = menu_->entriesFor({ "file:///a" });
     ASSERT_NE(entries, nullptr);
     EXPECT_EQ(menu_->entriesFor({ "file:///b" }), entries);
     publish(twoRoots);
+    EXPECT_EQ(menu_->entriesFor({ "file:///a" }), entries);
+    publish(R"([{"name":"Other","path":"\/o","children":[]}])");
     EXPECT_NE(menu_->entriesFor({ "file:///a" }), entries);
-    EXPECT_EQ(*menu_->entriesFor({ "file:///a" }), *entries);
+    folder_.remove("menu-snapshot.json");
+    EXPECT_EQ(menu_->entriesFor({ "file:///a" }), nullptr);
 }
 
 TEST_F(ExtensionMenuTest, AMenuThatOutlivesTheExtensionDoesNothing)
@@ -229,7 +232,61 @@ TEST_F(ExtensionMenuTest, AMenuThatOutlivesTheExtensionDoesNothing)
     EXPECT_THAT(folder_.names(""), ElementsAre("menu-snapshot.json"));
 }
 
-TEST_F(ExtensionMenuTest, AClosedMenuKeepsNothing)
+TEST_F(ExtensionMenuTest, AClosedMenuIsGivenToTheNextThatOffersTheSame)
+{
+    publish(twoRoots);
+    open({ "file:///a" });
+    auto* const first = item(1, { 1 });
+    open({});
+    // The same folders under another date.
+    publish(twoRoots);
+    open({ "file:///b", "file:///c" });
+    EXPECT_EQ(item(1, { 1 }), first);
+    choose(first);
+    EXPECT_EQ(takeRequest(), (MoveRequest { "move", "/l", { "/b", "/c" } }));
+}
+
+TEST_F(ExtensionMenuTest, AMenuThatIsStillShownKeepsItsMeaning)
+{
+    publish(twoRoots);
+    open({ "file:///a" });
+    GList* const shown = std::exchange(items_, nullptr);
+    auto* const leaf = static_cast<PlayedItem*>(shown->data)->menu->items->at(1);
+    open({ "file:///b" });
+    EXPECT_NE(item(0, { 1 }), leaf);
+    choose(leaf);
+    EXPECT_EQ(takeRequest(), (MoveRequest { "ask", "/l", { "/a" } }));
+    choose(item(0, { 1 }));
+    EXPECT_EQ(takeRequest(), (MoveRequest { "ask", "/l", { "/b" } }));
+    g_list_free_full(shown, g_object_unref);
+}
+
+TEST_F(ExtensionMenuTest, AMenuOfWhichOneItemIsHeldIsNotGivenToAnother)
+{
+    publish(twoRoots);
+    open({ "file:///a" });
+    auto* const held = static_cast<PlayedItem*>(g_object_ref(item(3, {})));
+    open({});
+    open({ "file:///b" });
+    EXPECT_NE(item(3, {}), held);
+    g_object_unref(held);
+}
+
+TEST_F(ExtensionMenuTest, OtherFoldersLetGoOfWhatOfferedTheFormer)
+{
+    publish(twoRoots);
+    open({ "file:///a" });
+    std::weak_ptr<MenuEntries const> const former = menu_->entriesFor({ "file:///a" });
+    publish(R"([{"name":"Other","path":"\/o","children":[]}])");
+    GList* const shown = std::exchange(items_, nullptr);
+    open({ "file:///a" });
+    EXPECT_FALSE(former.expired());
+    g_list_free_full(shown, g_object_unref);
+    open({ "file:///a" });
+    EXPECT_TRUE(former.expired());
+}
+
+TEST_F(ExtensionMenuTest, TheEndOfTheExtensionLetsGoOfAll)
 {
     publish(twoRoots);
     open({ "file:///a" });

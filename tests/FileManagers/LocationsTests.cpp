@@ -34,9 +34,10 @@ TEST(LocationsTest, TheDesktopIsItsFolder)
 {
     char const* const desktop = g_get_user_special_dir(G_USER_DIRECTORY_DESKTOP);
     ASSERT_NE(desktop, nullptr);
-    for (std::string const uri : { "x-caja-desktop:///", "x-nemo-desktop:///" })
+    for (std::string const uri : { "x-caja-desktop:", "x-caja-desktop:///" })
         EXPECT_EQ(folderURI(uri), "file://" + std::string(desktop));
-    for (std::string const uri : { "file:///srv/a%20b", "trash:///", "sftp://host/", "" })
+    for (std::string const uri :
+        { "file:///srv/a%20b", "trash:///", "sftp://host/", "", "x-caja-desktop:///trash", "x-caja-desktop" })
         EXPECT_EQ(folderURI(uri), uri);
 }
 

@@ -6,7 +6,6 @@
 #include "Shared/ExtensionMenu.h"
 #include "Shared/GLib.h"
 #include "Shared/Guarded.h"
-#include "Shared/Locations.h"
 #include "Shared/ProviderType.h"
 #include "Shared/Report.h"
 
@@ -65,7 +64,7 @@ struct Extension {
         // The tab may be on its way to its first folder.
         if (!folder)
             return false;
-        state.folderURI = folderURI(folder);
+        state.folderURI = folder;
         state.selectedURIs = selectionIn(slot, state.folderURI);
         return true;
     }

@@ -12,7 +12,8 @@
 
 namespace marrowick::companion {
 
-/// What an entry that was shown means, for as long as the file manager keeps it.
+/// What an entry that was shown means, for as long as the file manager keeps it. `uris` are those of the menu that it is in
+/// at that moment.
 struct ShownEntry {
     std::weak_ptr<TransferMenu> menu;
     std::shared_ptr<MenuEntry const> entry;
@@ -24,17 +25,13 @@ struct ShownEntry {
 template<typename Api>
 class ExtensionMenu {
 public:
-    /// The entries for the items at `uris`: a list that the caller owns, and its items with it.
+    /// The entries for the items at `uris`: a list that the caller owns, and a reference to each of its items.
     static GList* make(std::shared_ptr<TransferMenu> const& menu, std::vector<std::string> uris)
     {
         auto const entries = menu->entriesFor(uris);
-        if (!entries)
-            return nullptr;
-        ExtensionMenu const maker(menu, entries, std::make_shared<std::vector<std::string> const>(std::move(uris)));
-        GList* items = nullptr;
-        for (auto entry = entries->rbegin(); entry != entries->rend(); ++entry)
-            items = g_list_prepend(items, maker.item(*entry));
-        return items;
+        return menu->shownMenus().itemsFor(entries, std::move(uris), [&](auto const& made, auto const& changingURIs) {
+            return ExtensionMenu(menu, made, changingURIs).items();
+        });
     }
 
 private:
@@ -44,6 +41,14 @@ private:
         , entries_(std::move(entries))
         , uris_(std::move(uris))
     {
+    }
+
+    GList* items() const
+    {
+        GList* items = nullptr;
+        for (auto entry = entries_->rbegin(); entry != entries_->rend(); ++entry)
+            items = g_list_prepend(items, item(*entry));
+        return items;
     }
 
     typename Api::Item* item(MenuEntry const& entry) const

@@ -4,6 +4,7 @@
 
 #include <gio/gio.h>
 
+#include <string_view>
 #include <utility>
 
 namespace marrowick::companion {
@@ -16,7 +17,9 @@ using FileOwner = ObjectOwner<GFile>;
 
 std::string folderURI(std::string uri)
 {
-    if (uri != "x-caja-desktop:///" && uri != "x-nemo-desktop:///")
+    constexpr std::string_view ofTheDesktop = "x-caja-desktop:";
+    bool const isDesktop = uri.starts_with(ofTheDesktop) && uri.find_first_not_of('/', ofTheDesktop.size()) == uri.npos;
+    if (!isDesktop)
         return uri;
     char const* const desktop = g_get_user_special_dir(G_USER_DIRECTORY_DESKTOP);
     if (!desktop)

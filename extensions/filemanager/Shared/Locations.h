@@ -6,7 +6,7 @@
 
 namespace marrowick::companion {
 
-/// The folder that a window shows whose location is `uri`: the desktop has a location of its own in some file managers.
+/// The folder that a window shows whose location is `uri`: the desktop has a location of its own in Caja.
 std::string folderURI(std::string uri);
 
 /// The path of an item that a request can name: it is on the disk, and its path is UTF-8.

@@ -20,7 +20,10 @@ std::shared_ptr<MenuEntries const> TransferMenu::entriesFor(std::vector<std::str
 {
     auto snapshot = destinations_.current();
     if (snapshot != snapshot_) {
-        entries_ = snapshot ? std::make_shared<MenuEntries const>(menuFor(*snapshot)) : nullptr;
+        // The same folders are published again every other minute.
+        bool const areSame = snapshot && snapshot_ && snapshot->roots == snapshot_->roots;
+        if (!areSame)
+            entries_ = snapshot ? std::make_shared<MenuEntries const>(menuFor(*snapshot)) : nullptr;
         snapshot_ = std::move(snapshot);
     }
     bool const hasEntries = entries_ && !entries_->empty()

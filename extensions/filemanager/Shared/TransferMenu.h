@@ -2,6 +2,7 @@
 
 #include "Shared/Destinations.h"
 #include "Shared/MenuModel.h"
+#include "Shared/ReusedMenus.h"
 
 #include <memory>
 #include <string>
@@ -16,8 +17,11 @@ public:
     explicit TransferMenu(std::string folder);
 
     /// The entries for the items at `uris`, null where there are none: nothing is published, or no request could name
-    /// any of the items. Made anew only when something else was published.
+    /// any of the items. Made anew only when other folders were published.
     std::shared_ptr<MenuEntries const> entriesFor(std::vector<std::string> const& uris);
+
+    /// What file managers were given to show.
+    ReusedMenus& shownMenus() { return shownMenus_; }
 
     /// The user chose `entry` for the items at `uris`.
     void choose(MenuEntry const& entry, std::vector<std::string> const& uris) const;
@@ -28,6 +32,7 @@ private:
     /// What the entries were made from.
     std::shared_ptr<Snapshot const> snapshot_;
     std::shared_ptr<MenuEntries const> entries_;
+    ReusedMenus shownMenus_;
 };
 
 }
