@@ -26,7 +26,7 @@ template<typename Api>
 class ExtensionMenu {
 public:
     /// The entries for the items at `uris`: a list that the caller owns, and a reference to each of its items.
-    static GList* make(std::shared_ptr<TransferMenu> const& menu, std::vector<std::string> uris)
+    static GList* make(std::shared_ptr<TransferMenu> const& menu, std::vector<std::string>&& uris)
     {
         auto const entries = menu->entriesFor(uris);
         return menu->shownMenus().itemsFor(entries, std::move(uris), [&](auto const& made, auto const& changingURIs) {

@@ -183,6 +183,7 @@ FileManagerStates::Askable FileManagerStates::findAskable(Clock::time_point dead
         return askable;
     auto const names = askableNames(list.answer.get());
     std::vector<BusCall> calls;
+    calls.reserve(names.size());
     for (auto const& name : names)
         calls.push_back(callToBus("GetNameOwner", g_variant_new("(s)", name.c_str())));
     auto const replies = callAll(std::move(calls), deadline);
