@@ -4,16 +4,10 @@
 import os
 import shutil
 
-from marrowick_desktop import FileManager, FinderCase, Shown, holds_for, run, wait_for
+from marrowick_desktop import FileManager, FinderCase, RecordingScripts, Shown, holds_for, run, wait_for
 
 HOSTILE = [b"a b.txt", b"quo\"te's.txt", b"new\nline.txt", b"-rf", b"100%25 $HOME `x`.txt", b"broken\xff.txt",
            "ümläut.txt".encode(), b"n" * 251 + b".txt"]
-
-RECORD = """#!/bin/sh
-printf '%s\\0' "$0" "$@" >"{place}/arguments.part"
-env -0 >"{place}/environment"
-mv "{place}/arguments.part" "{place}/arguments"
-"""
 
 
 class Entries(FinderCase):
@@ -95,19 +89,15 @@ class Entries(FinderCase):
 class Scripts(FinderCase):
     """Scripts learn what is selected and where."""
 
+    def setUp(self):
+        super().setUp()
+        self.scripts = RecordingScripts(self.desktop.place)
+
     def script(self, name="script.sh"):
-        path = self.items / name
-        path.write_text(RECORD.format(place=self.desktop.place))
-        for record in ("arguments", "environment"):
-            (self.desktop.place / record).unlink(missing_ok=True)
-        return os.fsencode(path)
+        return self.scripts.write(self.items / name)
 
     def recorded(self):
-        """The arguments and the environment of the script that ran."""
-        place = self.desktop.place
-        wait_for((place / "arguments").exists, "the script to run")
-        pairs = [pair.partition(b"=") for pair in (place / "environment").read_bytes().split(b"\0")[:-1]]
-        return (place / "arguments").read_bytes().split(b"\0")[:-1], {name: value for name, _, value in pairs}
+        return self.scripts.wait_for_run()
 
     def test_SelectedFilesAreArgumentsInTheirExactBytes(self):
         self.run_with()
@@ -153,7 +143,7 @@ class Scripts(FinderCase):
         (self.items / "script.sh").chmod(0o644)
         self.choose("script.sh")
         self.menus.wait_for_depth(0)
-        holds_for(lambda: not (self.desktop.place / "arguments").exists(), 0.2, "the script is not run")
+        holds_for(lambda: not self.scripts.has_run(), 0.2, "the script is not run")
 
 
 class Applications(FinderCase):

@@ -97,6 +97,12 @@ class DesktopCase(unittest.TestCase):
             self.click_icon(button)
             return self.menus.wait_for_depth(1)
 
+    def choose(self, *titles):
+        """Opens the menu and its submenus on the way, and clicks the last entry."""
+        self.open_menu()
+        menu = self.menus.open_submenu(*titles[:-1]) if titles[1:] else self.menus.wait_for_depth(1)
+        self.menus.click(menu, titles[-1])
+
     def own_lines(self):
         """What the program itself has written to the log."""
         return [line for line in self.program.lines() if "Marrowick: " in line]
@@ -130,12 +136,6 @@ class FinderCase(DesktopCase):
                     stream.write(b"This is " + os.path.basename(item) + b".\n")
         self.manager.tell(Shown(folder or self.work, items))
         return items
-
-    def choose(self, *titles):
-        """Opens the menu and its submenus on the way, and clicks the last entry."""
-        self.open_menu()
-        menu = self.menus.open_submenu(*titles[:-1]) if titles[1:] else self.menus.wait_for_depth(1)
-        self.menus.click(menu, titles[-1])
 
 
 class ExchangeCase(DesktopCase):

@@ -21,6 +21,13 @@ RECORD_START = """#!/bin/sh
 mv "{record}.part" "{record}"
 """
 
+RECORD_RUN = """#!/bin/sh
+# Remembers the arguments and the environment of its run.
+printf '%s\\0' "$0" "$@" >"{place}/arguments.part"
+env -0 >"{place}/environment"
+mv "{place}/arguments.part" "{place}/arguments"
+"""
+
 ENTRY = """[Desktop Entry]
 Type=Application
 Name={title}
@@ -93,6 +100,30 @@ class InstalledApplication:
         arguments, environment = self.record.read_bytes().split(b"\0\0", 1)
         variables = dict(os.fsdecode(each).split("=", 1) for each in environment.split(b"\0") if b"=" in each)
         return [os.fsdecode(each) for each in arguments.split(b"\0")[1:]], variables
+
+
+class RecordingScripts:
+    """Scripts that remember how the last one of them was run."""
+
+    def __init__(self, place):
+        self.arguments = place / "arguments"
+        self.environment = place / "environment"
+
+    def write(self, path):
+        """Makes a script, forgets former runs, and returns the bytes of its path."""
+        path.write_text(RECORD_RUN.format(place=self.arguments.parent))
+        for record in (self.arguments, self.environment):
+            record.unlink(missing_ok=True)
+        return os.fsencode(path)
+
+    def has_run(self):
+        return self.arguments.exists()
+
+    def wait_for_run(self):
+        """The arguments of the script that ran, its own path first, and its environment."""
+        wait_for(self.has_run, "the script to run")
+        pairs = [pair.partition(b"=") for pair in self.environment.read_bytes().split(b"\0")[:-1]]
+        return self.arguments.read_bytes().split(b"\0")[:-1], {name: value for name, _, value in pairs}
 
 
 class FileManagerService:

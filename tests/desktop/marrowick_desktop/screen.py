@@ -214,6 +214,19 @@ class Screen:
         top, bottom = min(y for _, y in drawn), max(y for _, y in drawn)
         return Area(area.x + left, area.y + top, right - left + 1, bottom - top + 1)
 
+    def drawings_in(self, area, gap=9):
+        """The areas, full height, of what is drawn side by side in `area`, at least `gap` apart."""
+        rows = self.pixels(area)
+        background = Counter(colour for row in rows for colour in row).most_common(1)[0][0]
+        drawn = [x for x in range(area.width) if any(_distance(row[x], background) > 60 for row in rows)]
+        spans = []
+        for x in drawn:
+            if spans and x - spans[-1][1] < gap:
+                spans[-1][1] = x
+            else:
+                spans.append([x, x])
+        return [area._replace(x=area.x + start, width=end - start + 1) for start, end in spans]
+
     def shoot(self, path, area=None):
         """Writes a picture of the screen, or of an area of it."""
         command = ["import", "-silent", "-window", "root"]

@@ -1,0 +1,126 @@
+#!/usr/bin/python3
+"""The program and a real file manager with its companion: what the mouse selects there decides what happens here.
+
+    companions_test.py [WithThunar | WithCaja | WithNemo | WithNautilus]
+"""
+
+import os
+
+from marrowick_desktop import CompanionCase, Thunar, run, wait_for
+
+ASKED = ("Move Here", "Copy Here", "Alias Here", "Cancel")
+OPERATIONS = ["Put Into…", "Move To", "Copy To", "Alias To"]
+
+
+class Companion:
+    """What is the same with each of them."""
+
+    kind = None
+
+    def shown(self, *names, **about):
+        """The file manager with these files in a list, and the places of its rows."""
+        self.work_on(*names)
+        self.manager = self.show(self.kind, **about)
+        return self.manager.wait_for_rows(*names)
+
+    def test_SelectionBringsItsEntriesAndTakesThemAlong(self):
+        rows = self.shown("a.txt", "b.txt")
+        self.assertEqual(self.items_titles(), self.plain)
+        self.manager.click_row(rows["b.txt"])
+        self.manager.wait_for_selection(*self.in_work("b.txt"))
+        self.assertEqual(self.items_titles(), self.selecting)
+        self.manager.click_nothing()
+        self.manager.wait_for_selection()
+        self.assertEqual(self.items_titles(), self.plain)
+        self.assertEqual(self.own_lines(), [])
+
+    def test_FolderTakesTheSelectedFilesInTheOrderOfTheView(self):
+        rows = self.shown("a.txt", "b.txt", "c.txt", "d.txt")
+        self.manager.turn_around()
+        # Accessibility clients are not told of the other order.
+        rows = dict(zip(reversed(rows), rows.values()))
+        self.manager.click_row(rows["a.txt"])
+        self.manager.click_row(rows["d.txt"], modifiers=["Control"])
+        self.manager.click_row(rows["b.txt"], modifiers=["Control"])
+        self.manager.wait_for_selection(*self.in_work("d.txt", "b.txt", "a.txt"))
+        self.answer(self.question_on("d.txt", "b.txt", "a.txt"), "Alias")
+        self.wait_for_names(self.inbox, "a alias.txt", "b alias.txt", "d alias.txt")
+        self.answer(self.question_on("d.txt", "b.txt", "a.txt"), "Copy")
+        aliases = ["a alias.txt", "b alias.txt", "d alias.txt"]
+        self.wait_for_names(self.inbox, *aliases, "a.txt", "b.txt", "d.txt")
+        self.assertEqual((self.inbox / "d.txt").read_text(), "This is d.txt.\n")
+        for name in ("a.txt", "b.txt", "d.txt"):
+            (self.inbox / name).unlink()
+        self.answer(self.question_on("d.txt", "b.txt", "a.txt"), "Move")
+        self.wait_for_names(self.inbox, *aliases, "a.txt", "b.txt", "d.txt")
+        self.wait_for_names(self.work, "c.txt")
+
+    def test_IconsDrawnAroundAreArgumentsOfAScriptInTheOrderOfTheView(self):
+        self.work_on("a.txt", "b.txt", "c.txt")
+        self.manager = self.show(self.kind, icons=True)
+        _, second, _ = wait_for(lambda: len(self.manager.icons()) == 3 and self.manager.icons(), "three icons")
+        self.manager.draw_around_everything()
+        self.manager.wait_for_selection(*self.in_work("a.txt", "b.txt", "c.txt"))
+        self.manager.click_icon(second, modifiers=["Control"])
+        self.manager.wait_for_selection(*self.in_work("a.txt", "c.txt"))
+        self.choose("script.sh")
+        arguments, environment = self.scripts.wait_for_run()
+        self.assertEqual(arguments, [os.fsencode(path) for path in [self.script, *self.in_work("a.txt", "c.txt")]])
+        self.assertEqual(environment[b"MW_NARGS"], b"2")
+        self.assertEqual(environment[b"MW_CLICKWIN"], os.fsencode(self.work))
+
+    def test_TemplateIsCopiedIntoTheFolderShown(self):
+        self.shown("a.txt")
+        self.choose("Templates", "letter.txt")
+        self.wait_for_names(self.work, "a.txt", "letter.txt")
+        self.manager.wait_for_rows("a.txt", "letter.txt")
+
+    def test_ContextMenuMovesTheSelectedFileThroughARequest(self):
+        rows = self.shown("a.txt", "b.txt")
+        self.manager.open_context_menu(rows["b.txt"]).open("Move To").choose("Inbox")
+        self.wait_for_names(self.inbox, "b.txt")
+        self.wait_for_names(self.work, "a.txt")
+        self.assertEqual(self.exchange.waiting(), [])
+        self.assertEqual(self.dialogs.open_dialogs(), [])
+
+    def test_ContextMenuAsksAboutAllSelectedFiles(self):
+        rows = self.shown("a.txt", "b.txt", "c.txt")
+        self.manager.click_row(rows["c.txt"])
+        self.manager.click_row(rows["a.txt"], modifiers=["Control"])
+        self.manager.wait_for_selection(*self.in_work("a.txt", "c.txt"))
+        self.manager.open_context_menu(rows["c.txt"]).open("Put Into…").choose("Inbox")
+        dialog = self.dialogs.wait_for(*ASKED)
+        self.assertEqual(dialog.texts(), ["What would you like to do?", "2 items → “Inbox---X”"])
+        self.answer(dialog, "Copy Here")
+        self.wait_for_names(self.inbox, "a.txt", "c.txt")
+        self.wait_for_names(self.work, "a.txt", "b.txt", "c.txt")
+
+    def test_ContextMenuIsThatOfTheLatestSnapshot(self):
+        rows = self.shown("a.txt")
+        self.assertEqual(self.offered(None), [])
+        self.assertEqual(self.offered(rows["a.txt"]), OPERATIONS)
+        self.exchange.snapshot.unlink()
+        self.assertEqual(self.offered(rows["a.txt"]), [])
+        (self.items / "Snake_case folder/Inner").mkdir(parents=True)
+        wait_for(lambda: "Inner" in str(self.exchange.published()), "a snapshot with the folder")
+        self.assertEqual(self.offered(rows["a.txt"]), OPERATIONS)
+        menu = self.manager.open_context_menu(rows["a.txt"]).open("Copy To")
+        self.assertEqual(menu.titles(), ["Inbox", "Snake_case folder"])
+        inner = menu.open("Snake_case folder")
+        self.assertEqual(inner.titles(), ["“Snake_case folder”", "Inner"])
+        inner.choose("Inner")
+        self.wait_for_names(self.items / "Snake_case folder/Inner", "a.txt")
+
+    def offered(self, area):
+        """What the companion has added to the context menu, which is closed again."""
+        titles = [title for title in self.manager.open_context_menu(area).titles() if title in OPERATIONS]
+        self.manager.close_context_menu()
+        return titles
+
+
+class WithThunar(Companion, CompanionCase):
+    kind = Thunar
+
+
+if __name__ == "__main__":
+    run()
