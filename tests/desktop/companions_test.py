@@ -6,7 +6,7 @@
 
 import os
 
-from marrowick_desktop import CompanionCase, Thunar, run, wait_for
+from marrowick_desktop import Caja, CompanionCase, Nautilus, Nemo, Thunar, run, wait_for
 
 ASKED = ("Move Here", "Copy Here", "Alias Here", "Cancel")
 OPERATIONS = ["Put Into…", "Move To", "Copy To", "Alias To"]
@@ -39,9 +39,7 @@ class Companion:
         self.manager.turn_around()
         # Accessibility clients are not told of the other order.
         rows = dict(zip(reversed(rows), rows.values()))
-        self.manager.click_row(rows["a.txt"])
-        self.manager.click_row(rows["d.txt"], modifiers=["Control"])
-        self.manager.click_row(rows["b.txt"], modifiers=["Control"])
+        self.manager.select_rows(rows["a.txt"], rows["d.txt"], rows["b.txt"])
         self.manager.wait_for_selection(*self.in_work("d.txt", "b.txt", "a.txt"))
         self.answer(self.question_on("d.txt", "b.txt", "a.txt"), "Alias")
         self.wait_for_names(self.inbox, "a alias.txt", "b alias.txt", "d alias.txt")
@@ -85,8 +83,7 @@ class Companion:
 
     def test_ContextMenuAsksAboutAllSelectedFiles(self):
         rows = self.shown("a.txt", "b.txt", "c.txt")
-        self.manager.click_row(rows["c.txt"])
-        self.manager.click_row(rows["a.txt"], modifiers=["Control"])
+        self.manager.select_rows(rows["c.txt"], rows["a.txt"])
         self.manager.wait_for_selection(*self.in_work("a.txt", "c.txt"))
         self.manager.open_context_menu(rows["c.txt"]).open("Put Into…").choose("Inbox")
         dialog = self.dialogs.wait_for(*ASKED)
@@ -120,6 +117,18 @@ class Companion:
 
 class WithThunar(Companion, CompanionCase):
     kind = Thunar
+
+
+class WithCaja(Companion, CompanionCase):
+    kind = Caja
+
+
+class WithNemo(Companion, CompanionCase):
+    kind = Nemo
+
+
+class WithNautilus(Companion, CompanionCase):
+    kind = Nautilus
 
 
 if __name__ == "__main__":

@@ -10,7 +10,7 @@ from urllib.parse import unquote_to_bytes
 from gi.repository import Gio, GLib
 
 from .accessibility import Gone
-from .context_menus import ContextMenu
+from .context_menus import ContextMenu, Popover
 from .processes import CRASH, Process
 from .screen import Area, centre
 from .waiting import wait_for, wait_until_steady
@@ -172,18 +172,16 @@ class RealFileManager:
         return [rows[y] for y in sorted(rows)]
 
     def find_list(self):
-        """The list of files that is on the screen."""
-        tabs = found(self.application(), ("page tab list",))
-        while inner := found(tabs, ("page tab list",)):
-            tabs = inner
-        return found(tabs, ("table", "tree table"))
+        """The list of files that is on the screen: another one, of places, is on its left."""
+        lists = found(self.application(), ("table", "tree table"))
+        return max(lists, key=lambda each: each.area().x, default=None)
 
     def wait_for_rows(self, *labels):
         """Waits until the list shows exactly these, and returns their places."""
         def shown():
             try:
                 return self.rows()
-            except (AttributeError, Gone):
+            except (AttributeError, StopIteration, Gone):
                 return []
 
         def expected():
@@ -195,25 +193,28 @@ class RealFileManager:
 
     def click_row(self, area, button=1, modifiers=()):
         # Near the left end, so that it meets the name, however short.
-        self.screen.click(area.x + min(30, area.width // 2), area.y + area.height // 2, button, modifiers)
+        self.screen.click(area.x + min(10, area.width // 2), area.y + area.height // 2, button, modifiers)
 
     def area(self):
         """The part of the window that shows the files."""
-        window = self.screen.area(self.screen.display.create_resource_object("window", self.window))
+        window = self.x_area(self.window)
         left, top, right, bottom = self.margins
         return Area(window.x + left, window.y + top, window.width - left - right, window.height - top - bottom)
 
     def turn_around(self):
-        """Clicks the heading of the first column, which turns the order of the list around, and waits until it has."""
-        heading = next(each for each in self.find_list().children() if each.role() == "table column header")
+        """Turns the order of the list around by a click on the heading of its first column, and waits until it is."""
         before = self.screen.bytes(self.area())
-        self.screen.click(*centre(heading.area()))
+        self.click_heading()
 
         def changed():
             pixels = self.screen.bytes(self.area())
             return pixels if pixels != before else None
 
         wait_until_steady(changed, "another order of the list", span=0.3)
+
+    def click_heading(self):
+        heading = next(each for each in self.find_list().children() if each.role() == "table column header")
+        self.screen.click(*centre(heading.area()))
 
     def icons(self):
         """The places of the items in the first row of the view as icons, from left to right."""
@@ -222,6 +223,16 @@ class RealFileManager:
 
     def click_icon(self, area, modifiers=()):
         self.screen.click(*centre(area), modifiers=modifiers)
+
+    def select_rows(self, *areas):
+        """Clicks the first and the others with Control held, each when the one before it has been seen."""
+        for count, area in enumerate(areas, 1):
+            self.click_row(area, modifiers=["Control"] if count > 1 else ())
+            wait_for(lambda: len(self.selected()) == count,
+                     lambda: f"{count} selected items in {self.name}, there are {self.selected()}")
+
+    def x_area(self, window):
+        return self.screen.area(self.screen.display.create_resource_object("window", window))
 
     def click_nothing(self, button=1):
         """Clicks where there is no item."""
@@ -255,19 +266,17 @@ class RealFileManager:
 
     def close_context_menu(self):
         self.screen.key("Escape")
-        wait_for(lambda: not self.find_context_menu(), "the context menu to close")
+        # A click that follows too soon would still belong to the menu.
+        wait_until_steady(lambda: not self.find_context_menu(), "the context menu to close", span=0.2)
 
 
-def found(accessible, roles):
-    """The first descendant on the screen that has one of these roles, or None."""
+def found(accessible, roles, states=("showing",)):
+    """The descendants that have one of these roles, none inside another, where all above them have these states."""
     for child in accessible.children():
-        if "showing" not in child.states():
-            continue
         if child.role() in roles:
-            return child
-        if below := found(child, roles):
-            return below
-    return None
+            yield child
+        elif child.states().issuperset(states):
+            yield from found(child, roles, states)
 
 
 class Thunar(RealFileManager):
@@ -281,3 +290,63 @@ class Thunar(RealFileManager):
         view = "ThunarIconView" if icons else "ThunarDetailsView"
         subprocess.run(["xfconf-query", "-c", "thunar", "-p", "/default-view", "-n", "-t", "string", "-s", view],
                        check=True, timeout=30)
+
+
+class Caja(RealFileManager):
+    name = "Caja"
+    command = ("caja", "--no-desktop", "--browser")
+    extensions = "caja/extensions-2.0"
+    list_settings = {"/org/mate/caja/preferences/default-folder-viewer": "'list-view'"}
+    icon_settings = {"/org/mate/caja/preferences/default-folder-viewer": "'icon-view'"}
+    margins = (160, 120, 6, 34)
+
+
+class Nemo(RealFileManager):
+    name = "Nemo"
+    command = ("nemo",)
+    extensions = "nemo/extensions-3.0"
+    list_settings = {"/org/nemo/preferences/default-folder-viewer": "'list-view'"}
+    icon_settings = {"/org/nemo/preferences/default-folder-viewer": "'icon-view'"}
+    margins = (178, 112, 6, 46)
+
+
+class Nautilus(RealFileManager):
+    """Its accessibility tells places in the window, and nothing of what is shown and what is not."""
+
+    name = "Nautilus"
+    command = ("nautilus",)
+    extensions = "nautilus/extensions-4"
+    # Drawing by software GL leaves it no time to read folders.
+    environment = {"GSK_RENDERER": "cairo"}
+    list_settings = {"/org/gnome/nautilus/preferences/default-folder-viewer": "'list-view'"}
+    icon_settings = {"/org/gnome/nautilus/preferences/default-folder-viewer": "'icon-view'"}
+    margins = (255, 60, 12, 12)
+    icon_height = 160
+
+    def window_in(self):
+        """The window as it sees itself, and where that begins on the screen: it draws a border of its own around."""
+        inside = next(each for each in self.application().children() if each.role() == "window")
+        area, outside = inside.area(), self.x_area(self.window)
+        return inside, outside.x + (outside.width - area.width) // 2, outside.y + (outside.height - area.height) // 2
+
+    def rows(self):
+        window, left, top = self.window_in()
+        rows = []
+        for row in next(found(next(found(window, ("tree grid",), ())), ("list",), ())).children():
+            label = next(found(row.children()[0], ("label",), ()))
+            area = label.area()
+            rows.append((label.name(), area._replace(x=area.x + left, y=area.y + top)))
+        return rows
+
+    def click_heading(self):
+        _, area = self.rows()[0]
+        self.screen.click(area.x, area.y - 30)
+
+    def find_context_menu(self):
+        try:
+            popups = self.screen.popups_of(self.process.pid)
+            window, _, _ = self.window_in()
+            menu = next(found(window, ("menu",), ()), None) if popups else None
+            return Popover(menu, self.screen, self.process.pid) if menu else None
+        except Gone:
+            return None
