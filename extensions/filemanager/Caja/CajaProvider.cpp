@@ -6,6 +6,7 @@
 #include "Shared/GLib.h"
 #include "Shared/Guarded.h"
 #include "Shared/Locations.h"
+#include "Shared/MenuRefresh.h"
 #include "Shared/ProviderType.h"
 #include "Shared/Report.h"
 
@@ -49,6 +50,11 @@ struct WindowFunctions {
     }
 };
 
+void menusChanged(void* provider)
+{
+    caja_menu_provider_emit_items_updated_signal(CAJA_MENU_PROVIDER(provider));
+}
+
 /// What lives as long as the file manager does.
 struct Extension {
     Windows windows { names };
@@ -57,6 +63,7 @@ struct Extension {
                              return windows.states(
                                  [this](GtkWidget* window, WindowState& state) { return fill(window, state); });
                          } };
+    MenuRefresh refresh { Destinations::usersFolder(), menusChanged };
 
     bool fill(GtkWidget* window, WindowState& state) const
     {
@@ -81,11 +88,12 @@ struct Extension {
 /// Left alone when the process ends without saying so: what it uses may be gone before it.
 Extension* extension = nullptr;
 
-GList* fileItems(CajaMenuProvider*, GtkWidget*, GList* files)
+GList* fileItems(CajaMenuProvider* provider, GtkWidget*, GList* files)
 {
     return guarded(static_cast<GList*>(nullptr), [&]() -> GList* {
         if (!extension)
             return nullptr;
+        extension->refresh.wasAsked(provider);
         std::vector<std::string> uris;
         for (GList* link = files; link; link = link->next)
             uris.push_back(taken(caja_file_info_get_uri(CAJA_FILE_INFO(link->data))));

@@ -5,6 +5,7 @@
 #include "Shared/ExtensionMenu.h"
 #include "Shared/GLib.h"
 #include "Shared/Guarded.h"
+#include "Shared/MenuRefresh.h"
 #include "Shared/ProviderType.h"
 
 #include <gtk/gtk.h>
@@ -75,19 +76,26 @@ bool fill(GtkWidget* window, WindowState& state)
     return true;
 }
 
+void menusChanged(void* provider)
+{
+    nautilus_menu_provider_emit_items_updated_signal(NAUTILUS_MENU_PROVIDER(provider));
+}
+
 /// What lives as long as the file manager does.
 struct Extension {
     Companion companion { "Nautilus", [] { return windowStates(fill); } };
+    MenuRefresh refresh { Destinations::usersFolder(), menusChanged };
 };
 
 /// Left alone when the process ends without saying so: what it uses may be gone before it.
 Extension* extension = nullptr;
 
-GList* fileItems(NautilusMenuProvider*, GList* files)
+GList* fileItems(NautilusMenuProvider* provider, GList* files)
 {
     return guarded(static_cast<GList*>(nullptr), [&]() -> GList* {
         if (!extension)
             return nullptr;
+        extension->refresh.wasAsked(provider);
         std::vector<std::string> uris;
         for (GList* link = files; link; link = link->next)
             uris.push_back(taken(nautilus_file_info_get_uri(NAUTILUS_FILE_INFO(link->data))));

@@ -6,6 +6,7 @@
 #include "Shared/ExtensionMenu.h"
 #include "Shared/GLib.h"
 #include "Shared/Guarded.h"
+#include "Shared/MenuRefresh.h"
 #include "Shared/ProviderType.h"
 #include "Shared/Report.h"
 
@@ -47,6 +48,11 @@ void lookForFolder(GtkWidget* widget, void* result)
         gtk_container_forall(GTK_CONTAINER(widget), lookForFolder, result);
 }
 
+void menusChanged(void* provider)
+{
+    nemo_menu_provider_emit_items_updated_signal(NEMO_MENU_PROVIDER(provider));
+}
+
 /// What lives as long as the file manager does.
 struct Extension {
     Windows windows { names };
@@ -54,6 +60,7 @@ struct Extension {
                              return windows.states(
                                  [this](GtkWidget* window, WindowState& state) { return fill(window, state); });
                          } };
+    MenuRefresh refresh { Destinations::usersFolder(), menusChanged };
 
     bool fill(GtkWidget* window, WindowState& state) const
     {
@@ -73,11 +80,12 @@ struct Extension {
 /// Left alone when the process ends without saying so: what it uses may be gone before it.
 Extension* extension = nullptr;
 
-GList* fileItems(NemoMenuProvider*, GtkWidget*, GList* files)
+GList* fileItems(NemoMenuProvider* provider, GtkWidget*, GList* files)
 {
     return guarded(static_cast<GList*>(nullptr), [&]() -> GList* {
         if (!extension)
             return nullptr;
+        extension->refresh.wasAsked(provider);
         std::vector<std::string> uris;
         for (GList* link = files; link; link = link->next)
             uris.push_back(taken(nemo_file_info_get_uri(NEMO_FILE_INFO(link->data))));
