@@ -94,23 +94,24 @@ class Companion:
 
     def test_ContextMenuIsThatOfTheLatestSnapshot(self):
         rows = self.shown("a.txt")
-        self.assertEqual(self.offered(None), [])
-        self.assertEqual(self.offered(rows["a.txt"]), OPERATIONS)
+        self.assertEqual(self.offered(self.manager.open_context_menu()), [])
+        self.assertEqual(self.offered(self.manager.open_context_menu(rows["a.txt"])), OPERATIONS)
+        # The selection stays as it is, so there is nothing else that file managers would ask anew for.
         self.exchange.snapshot.unlink()
-        self.assertEqual(self.offered(rows["a.txt"]), [])
-        (self.items / "Snake_case folder/Inner").mkdir(parents=True)
-        wait_for(lambda: "Inner" in str(self.exchange.published()), "a snapshot with the folder")
-        self.assertEqual(self.offered(rows["a.txt"]), OPERATIONS)
-        menu = self.manager.open_context_menu(rows["a.txt"]).open("Copy To")
+        wait_for(lambda: self.offered() == [], "a menu that offers nothing")
+        self.items.joinpath("Snake_case folder/Inner").mkdir(parents=True)
+        wait_for(lambda: self.offered() == OPERATIONS, "a menu that offers the folders again")
+        menu = self.manager.open_context_menu_by_keys().open("Copy To")
         self.assertEqual(menu.titles(), ["Inbox", "Snake_case folder"])
         inner = menu.open("Snake_case folder")
         self.assertEqual(inner.titles(), ["“Snake_case folder”", "Inner"])
         inner.choose("Inner")
         self.wait_for_names(self.items / "Snake_case folder/Inner", "a.txt")
 
-    def offered(self, area):
+    def offered(self, menu=None):
         """What the companion has added to the context menu, which is closed again."""
-        titles = [title for title in self.manager.open_context_menu(area).titles() if title in OPERATIONS]
+        menu = menu or self.manager.open_context_menu_by_keys()
+        titles = [title for title in menu.titles() if title in OPERATIONS]
         self.manager.close_context_menu()
         return titles
 

@@ -254,6 +254,11 @@ class RealFileManager:
             self.click_nothing(button=3)
         return wait_for(self.find_context_menu, f"the context menu of {self.name}")
 
+    def open_context_menu_by_keys(self):
+        """Returns the menu that opens for what is selected."""
+        self.screen.key("Shift", "F10")
+        return wait_for(self.find_context_menu, f"the context menu of {self.name}")
+
     def find_context_menu(self):
         """The open menu, or None."""
         try:
@@ -266,8 +271,7 @@ class RealFileManager:
 
     def close_context_menu(self):
         self.screen.key("Escape")
-        # A click that follows too soon would still belong to the menu.
-        wait_until_steady(lambda: not self.find_context_menu(), "the context menu to close", span=0.2)
+        wait_for(lambda: not self.find_context_menu(), "the context menu to close")
 
 
 def found(accessible, roles, states=("showing",)):
