@@ -7,6 +7,11 @@
 #include <atk/atk.h>
 #include <libnemo-extension/nemo-file-info.h>
 
+#include <iterator>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
 namespace marrowick::companion {
 
 namespace {
@@ -36,6 +41,57 @@ std::vector<std::string> selectedRows(GtkTreeView* view)
     return uris;
 }
 
+std::string labelOf(NemoFileInfo* file)
+{
+    return taken(nemo_file_info_get_string_attribute(file, "name"));
+}
+
+/// Finds the files of a folder by what is shown as their names.
+class Labels {
+public:
+    explicit Labels(std::string const& folder)
+        : folder_(g_file_new_for_uri(folder.c_str()))
+    {
+    }
+
+    /// Empty where there is none, and where there are several: nothing tells them apart.
+    std::string uriOf(std::string const& label)
+    {
+        // Nearly always it is the name.
+        if (auto const file = fileNamed(label); file && labelOf(file.get()) == label)
+            return taken(nemo_file_info_get_uri(file.get()));
+        if (!isRead_)
+            read();
+        auto const others = others_.equal_range(label);
+        bool const isOnlyOne = others.first != others.second && std::next(others.first) == others.second;
+        return isOnlyOne ? others.first->second : std::string {};
+    }
+
+private:
+    ObjectOwner<NemoFileInfo> fileNamed(std::string const& name) const
+    {
+        ObjectOwner<GFile> const location(g_file_get_child(folder_.get(), name.c_str()));
+        return ObjectOwner<NemoFileInfo>(nemo_file_info_lookup(location.get()));
+    }
+
+    /// Launchers are shown by a name that they choose, and names that are no text by a text.
+    void read()
+    {
+        isRead_ = true;
+        std::unique_ptr<GDir, decltype(&g_dir_close)> const folder(
+            g_dir_open(taken(g_file_get_path(folder_.get())).c_str(), 0, nullptr), g_dir_close);
+        while (char const* const name = folder ? g_dir_read_name(folder.get()) : nullptr) {
+            auto const file = fileNamed(name);
+            if (auto label = file ? labelOf(file.get()) : name; label != name)
+                others_.emplace(std::move(label), taken(nemo_file_info_get_uri(file.get())));
+        }
+    }
+
+    ObjectOwner<GFile> folder_;
+    bool isRead_ = false;
+    std::unordered_multimap<std::string, std::string> others_;
+};
+
 /// A view as icons tells what is selected to accessibility clients only, by their labels.
 std::vector<std::string> selectedIcons(GtkWidget* view, std::string const& folder)
 {
@@ -45,16 +101,13 @@ std::vector<std::string> selectedIcons(GtkWidget* view, std::string const& folde
         reportUnreadable("Nemo", "accessible selection of icons");
         return uris;
     }
-    ObjectOwner<GFile> const directory(g_file_new_for_uri(folder.c_str()));
+    Labels labels(folder);
     int const count = atk_selection_get_selection_count(ATK_SELECTION(accessible));
     for (int index = 0; index < count; ++index) {
         ObjectOwner<AtkObject> const icon(atk_selection_ref_selection(ATK_SELECTION(accessible), index));
         char const* const label = icon ? atk_object_get_name(icon.get()) : nullptr;
-        ObjectOwner<GFile> const file(
-            label ? g_file_get_child_for_display_name(directory.get(), label, nullptr) : nullptr);
-        ObjectOwner<NemoFileInfo> const known(file ? nemo_file_info_lookup(file.get()) : nullptr);
-        if (known)
-            uris.push_back(taken(nemo_file_info_get_uri(known.get())));
+        if (auto uri = label ? labels.uriOf(label) : std::string {}; !uri.empty())
+            uris.push_back(std::move(uri));
     }
     return uris;
 }
