@@ -6,9 +6,12 @@
 
 import os
 
-from marrowick_desktop import Caja, CompanionCase, Nautilus, Nemo, Thunar, run, wait_for
+from marrowick_desktop import Area, Caja, CompanionCase, Nautilus, Nemo, Thunar, empty, run, wait_for
 
 ASKED = ("Move Here", "Copy Here", "Alias Here", "Cancel")
+# Each with a part that every file manager shows as it is.
+HOSTILE = {"a b": b"a b.txt", "100": b"100%25 #1?.txt", "line": b"new\nline.txt", "broken": b"broken\xff.txt",
+           "score": b"under_score.txt", "quo": b"quo\"te's.txt", "ml": "ümläut.txt".encode(), "dash": b"-dash.txt"}
 OPERATIONS = ["Put Into…", "Move To", "Copy To", "Alias To"]
 
 
@@ -66,6 +69,81 @@ class Companion:
         self.assertEqual(arguments, [os.fsencode(path) for path in [self.script, *self.in_work("a.txt", "c.txt")]])
         self.assertEqual(environment[b"MW_NARGS"], b"2")
         self.assertEqual(environment[b"MW_CLICKWIN"], os.fsencode(self.work))
+
+    def test_NamesOfAListKeepTheirBytes(self):
+        self.work_on(*HOSTILE.values())
+        self.manager = self.show(self.kind)
+        rows = self.manager.wait_for_row_count(len(HOSTILE))
+        self.manager.click_row(rows[0][1])
+        self.manager.click_row(rows[-1][1], modifiers=["Shift"])
+        self.assertArguments([next(name for part, name in HOSTILE.items() if part in label) for label, _ in rows])
+
+    def test_NamesOfIconsKeepTheirBytes(self):
+        self.work_on(*HOSTILE.values())
+        # Some show it as "Viewer".
+        (self.work / "launcher.desktop").write_text("[Desktop Entry]\nType=Application\nName=Viewer\nExec=true\n")
+        (self.work / "launcher.desktop").chmod(0o755)
+        count = len(HOSTILE) + 1
+        self.manager = self.show(self.kind, icons=True)
+        wait_for(self.manager.icons, "icons")
+        self.manager.draw_around_everything()
+        wait_for(lambda: len(self.manager.selected()) == count,
+                 lambda: f"{count} selected icons, there are {self.manager.selected()}")
+        self.assertArguments([os.path.basename(path) for path in self.manager.selected()])
+
+    def test_ThousandFilesAreArgumentsAndAreMoved(self):
+        names = [f"f{number:03}.txt" for number in range(1000)]
+        self.work_on(*names)
+        self.manager = self.show(self.kind)
+        self.manager.click_first_row()
+        wait_for(lambda: len(self.manager.selected()) == 1, "the first row to be selected")
+        self.screen.key("Control", "a")
+        self.manager.wait_for_selection(*self.in_work(*names))
+        self.assertEqual(self.items_titles(), self.selecting)
+        self.assertArguments([name.encode() for name in names])
+        self.manager.open_context_menu_by_keys().open("Move To").choose("Inbox")
+        self.wait_for_names(self.inbox, *names)
+        self.assertEqual(self.names(self.work), [])
+
+    def assertArguments(self, names):
+        """The script is given these, and they are all that the folder holds."""
+        self.assertEqual(sorted(names), sorted(os.listdir(os.fsencode(self.work))))
+        expected = [os.fsencode(self.work) + b"/" + name for name in names]
+        wait_for(lambda: self.manager.selected() == expected,
+                 lambda: f"{expected} selected, there is {self.manager.selected()}")
+        self.choose("script.sh")
+        arguments, environment = self.scripts.wait_for_run()
+        self.assertEqual(arguments, [os.fsencode(self.script), *expected])
+        self.assertEqual(environment[b"MW_NARGS"], b"%d" % len(names))
+
+    def test_TabOnTheScreenCounts(self):
+        rows = self.shown("a.txt", "b.txt")
+        self.manager.select_rows(rows["a.txt"])
+        self.screen.key("Control", "t")
+        self.manager.wait_for_selection()
+        self.assertEqual(self.items_titles(), self.plain)
+        self.screen.key("Control", "Prior")
+        self.manager.wait_for_selection(*self.in_work("a.txt"))
+        self.assertEqual(self.items_titles(), self.selecting)
+
+    def test_WindowInFrontCounts(self):
+        rows = self.shown("a.txt", "b.txt")
+        self.manager.select_rows(rows["b.txt"])
+        other = self.desktop.place / "other # 1%"
+        empty(other)
+        other.mkdir()
+        second = self.manager.open_window(other, Area(440, 200, 760, 480))
+        self.assertTemplateGoesTo(other)
+        self.manager.activate()
+        self.assertEqual(self.items_titles(), self.selecting)
+        self.manager.activate(second)
+        self.assertEqual(self.items_titles(), self.plain)
+        self.manager.close_window(second)
+        self.assertEqual(self.items_titles(), self.selecting)
+
+    def assertTemplateGoesTo(self, folder):
+        self.choose("Templates", "letter.txt")
+        self.wait_for_names(folder, "letter.txt")
 
     def test_TemplateIsCopiedIntoTheFolderShown(self):
         self.shown("a.txt")

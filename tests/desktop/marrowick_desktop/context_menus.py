@@ -91,11 +91,11 @@ def _placed(accessible):
 
 
 def _page_of(heading, opener, accessible):
-    """What holds the entry of this name that has the keyboard and is not the one that opened it; None for none."""
+    """What holds the entry of this name that has a place and is not the one that opened it; None for none."""
     for child in accessible.children():
         if child.role() not in ITEMS:
             if page := _page_of(heading, opener, child):
                 return page
-        elif child != opener and child.name() == heading and "focused" in child.states():
+        elif child != opener and child.name() == heading and child.area().width > 0:
             return accessible
     return None

@@ -43,6 +43,8 @@ class RealFileManager:
     # A part of the name that the companion has on the bus.
     name = ""
     command = ()
+    # What else the command needs to open another window.
+    new_window = ()
     # Where it looks for extensions.
     extensions = ""
     environment = {}
@@ -51,6 +53,8 @@ class RealFileManager:
     icon_settings = {}
     # How far the part with the files is from the window's edges: left, top, right, bottom.
     margins = (0, 0, 0, 0)
+    # How far the first row of a list is below the top of that part.
+    first_row = 30
     # How high the first row of icons is, with their labels.
     icon_height = 100
 
@@ -84,6 +88,21 @@ class RealFileManager:
         listed = self.screen.property(self.screen.root, "_NET_CLIENT_LIST")
         mine = {window.id for window in self.screen.windows_of(self.process.pid)}
         return [window for window in (() if listed is None else listed) if window in mine]
+
+    def open_window(self, folder, place):
+        """Shows another folder in another window, and returns that."""
+        before = set(self.windows())
+        client = Process([*self.command, *self.new_window, folder], self.desktop.new_log(self.name), self.environment)
+        window = wait_for(lambda: set(self.windows()) - before, f"another window of {self.name}").pop()
+        client.wait()
+        self.move(window, place)
+        self.wait_for_folder(folder, window)
+        self.activate(window)
+        return window
+
+    def close_window(self, window):
+        subprocess.run(["wmctrl", "-i", "-c", hex(window)], check=True, timeout=30)
+        wait_for(lambda: window not in self.windows(), "the window to close")
 
     def move(self, window, place):
         subprocess.run(["wmctrl", "-i", "-r", hex(window), "-e", "0," + ",".join(map(str, place))], check=True,
@@ -190,6 +209,23 @@ class RealFileManager:
 
         rows = wait_until_steady(expected, lambda: f"the rows {labels} in {self.name}, there are {shown()}")
         return dict(rows)
+
+    def wait_for_row_count(self, count):
+        """Waits until the list shows so many items, and returns their labels and places."""
+        def shown():
+            try:
+                return self.rows()
+            except (StopIteration, Gone):
+                return []
+
+        return wait_until_steady(lambda: shown() if len(shown()) == count else None,
+                                 lambda: f"{count} rows in {self.name}, there are {shown()}")
+
+    def click_first_row(self):
+        """Clicks the first row of a list of any length, which an accessibility client would be long to read."""
+        area = self.area()
+        wait_until_steady(lambda: self.screen.drawing_in(area) and self.screen.bytes(area), "a list at rest", span=0.3)
+        self.screen.click(area.x + 40, area.y + self.first_row)
 
     def click_row(self, area, button=1, modifiers=()):
         # Near the left end, so that it meets the name, however short.
@@ -319,12 +355,14 @@ class Nautilus(RealFileManager):
 
     name = "Nautilus"
     command = ("nautilus",)
+    new_window = ("--new-window",)
     extensions = "nautilus/extensions-4"
     # Drawing by software GL leaves it no time to read folders.
     environment = {"GSK_RENDERER": "cairo"}
     list_settings = {"/org/gnome/nautilus/preferences/default-folder-viewer": "'list-view'"}
     icon_settings = {"/org/gnome/nautilus/preferences/default-folder-viewer": "'icon-view'"}
     margins = (255, 60, 12, 12)
+    first_row = 72
     icon_height = 160
 
     def window_in(self):
