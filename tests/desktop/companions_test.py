@@ -5,6 +5,7 @@
 """
 
 import os
+import sys
 
 from marrowick_desktop import Area, Caja, CompanionCase, Nautilus, Nemo, Thunar, empty, run, wait_for
 
@@ -12,6 +13,8 @@ ASKED = ("Move Here", "Copy Here", "Alias Here", "Cancel")
 # Each with a part that every file manager shows as it is.
 HOSTILE = {"a b": b"a b.txt", "100": b"100%25 #1?.txt", "line": b"new\nline.txt", "broken": b"broken\xff.txt",
            "score": b"under_score.txt", "quo": b"quo\"te's.txt", "ml": "ümläut.txt".encode(), "dash": b"-dash.txt"}
+# How often selection and menu change where it matters that nothing piles up; a thousand times take minutes.
+ROUNDS = int(os.environ.get("MARROWICK_TEST_ROUNDS", "60"))
 OPERATIONS = ["Put Into…", "Move To", "Copy To", "Alias To"]
 
 
@@ -144,6 +147,28 @@ class Companion:
     def assertTemplateGoesTo(self, folder):
         self.choose("Templates", "letter.txt")
         self.wait_for_names(folder, "letter.txt")
+
+    def test_MemoryStaysWithSelectionsAndMenus(self):
+        self.work_on("a.txt", "b.txt", "c.txt")
+        self.manager = self.show(self.kind, environment={"NO_AT_BRIDGE": "1", "GTK_A11Y": "none"})
+        self.manager.click_first_row()
+        self.manager.wait_for_selection(self.work / "a.txt")
+        self.select_and_open_menus(20)
+        before = self.manager.memory()
+        self.select_and_open_menus(ROUNDS)
+        grown = self.manager.memory() - before
+        print(f"{self.manager.name}: {grown // 1024} KiB more after {ROUNDS} rounds", file=sys.stderr)
+        self.assertLess(grown, 2 * 1024 * 1024)
+        self.assertEqual(self.items_titles(), self.selecting)
+
+    def select_and_open_menus(self, rounds):
+        for number in range(rounds):
+            self.screen.key("Up" if number % 2 else "Down")
+            self.screen.key("Shift", "F10")
+            wait_for(self.manager.menu_windows, "a context menu")
+            self.screen.key("Escape")
+            wait_for(lambda: not self.manager.menu_windows(), "the context menu to close")
+            self.assertEqual(len(self.manager.selected()), 1)
 
     def test_TemplateIsCopiedIntoTheFolderShown(self):
         self.shown("a.txt")

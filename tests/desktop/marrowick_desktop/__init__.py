@@ -9,7 +9,7 @@ from .companions import CompanionCase  # noqa: E402,F401
 from .desktop import Window, empty, fill  # noqa: E402,F401
 from .exchange import node, written  # noqa: E402,F401
 from .file_manager import FileManager, Shown  # noqa: E402,F401
-from .file_managers import Caja, Nautilus, Nemo, Thunar  # noqa: E402,F401
+from .file_managers import Caja, Nautilus, Nemo, Thunar, is_built  # noqa: E402,F401
 from .folders import FolderReads  # noqa: E402,F401
 from .hosts import LxqtPanel, Trayer, XfcePanel, watcher_property  # noqa: E402,F401
 from .menus import SEPARATOR  # noqa: E402,F401

@@ -5,7 +5,7 @@ import unittest
 
 from .cases import ExchangeCase
 from .desktop import fill
-from .file_managers import reason_for_none
+from .file_managers import PLACE, reason_for_none
 from .recorders import RecordingScripts
 
 
@@ -39,9 +39,9 @@ class CompanionCase(ExchangeCase):
         self.scripts.write(self.script)
         self.publish(*self.ITEMS)
 
-    def show(self, kind, folder=None, **about):
+    def show(self, kind, folder=None, place=PLACE, **about):
         """Starts a file manager on a folder."""
-        manager = kind(self.desktop, *about.pop("place", ()))
+        manager = kind(self.desktop, place)
         manager.start(folder or self.work, **about)
         self.addCleanup(manager.close)
         return manager

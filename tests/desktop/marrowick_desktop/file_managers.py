@@ -16,6 +16,7 @@ from .screen import Area, centre
 from .waiting import wait_for, wait_until_steady
 
 COMPANIONS = "MARROWICK_TEST_COMPANIONS"
+PLACE = Area(40, 60, 760, 560)
 INSTALLED = pathlib.Path("/usr/lib") / (sysconfig.get_config_var("MULTIARCH") or "")
 
 # Shows a folder in another place to the command that follows, and to nobody else.
@@ -29,6 +30,11 @@ def reason_for_none():
     if subprocess.run(["unshare", "--mount", "true"], stderr=subprocess.DEVNULL, check=False).returncode:
         return "only the superuser may show a file manager its companion in place"
     return None
+
+
+def is_built(kind):
+    """Whether there is a companion for this kind of file manager."""
+    return (pathlib.Path(os.environ[COMPANIONS]) / kind.name.lower()).is_dir()
 
 
 def path_of(uri):
@@ -58,11 +64,12 @@ class RealFileManager:
     # How high the first row of icons is, with their labels.
     icon_height = 100
 
-    def __init__(self, desktop, place=Area(40, 60, 760, 560)):
+    def __init__(self, desktop, place=PLACE):
         self.desktop = desktop
         self.screen = desktop.screen
         self.place = place
         self.process = None
+        self.was_killed = False
         self.window = 0
 
     # Its life
@@ -121,10 +128,15 @@ class RealFileManager:
     def thaw(self):
         self.process.popen.send_signal(signal.SIGCONT)
 
+    def kill(self):
+        """Ends it at once, without a chance to say goodbye."""
+        self.process.kill()
+        self.was_killed = True
+
     def close(self):
         """Ends it; fails when it has ended by itself or reports broken memory."""
-        ran = self.process.runs()
-        if ran:
+        ran = self.process.runs() or self.was_killed
+        if self.process.runs():
             self.thaw()
         self.process.dispose()
         match = CRASH.search(self.process.log())
@@ -294,6 +306,10 @@ class RealFileManager:
         """Returns the menu that opens for what is selected."""
         self.screen.key("Shift", "F10")
         return wait_for(self.find_context_menu, f"the context menu of {self.name}")
+
+    def menu_windows(self):
+        """What its open menus are for the X server."""
+        return self.screen.popups_of(self.process.pid)
 
     def find_context_menu(self):
         """The open menu, or None."""
