@@ -82,6 +82,9 @@ class Companion:
         self.manager = self.show(self.kind)
         rows = self.manager.wait_for_row_count(len(HOSTILE))
         self.manager.click_row(rows[0][1])
+        wait_for(lambda: len(self.manager.selected()) == 1, "the first row to be selected")
+        # The rows may have moved by then.
+        rows = self.manager.wait_for_row_count(len(HOSTILE))
         self.manager.click_row(rows[-1][1], modifiers=["Shift"])
         self.assertArguments([next(name for part, name in HOSTILE.items() if part in label) for label, _ in rows])
 
