@@ -38,16 +38,24 @@ class ContextMenu:
     def _place(self, entry):
         return entry.area()
 
+    def _meet(self, title):
+        """The entry, and the point by which it is met."""
+        entry = self._entry(title)
+        return entry, centre(wait_until_steady(lambda: self._place(entry), f"a place for {title!r}"))
+
     def choose(self, title):
         """Clicks an entry, and returns it."""
-        entry = self._entry(title)
-        self.screen.click(*centre(wait_until_steady(lambda: self._place(entry), f"a place for {title!r}")))
+        entry, point = self._meet(title)
+        self.screen.click(*point)
         return entry
 
     def open(self, title):
-        """Clicks an entry that has a submenu, and returns that."""
-        submenu = ContextMenu(self.choose(title), self.screen)
-        wait_for(lambda: submenu._shown(), f"the submenu of {title!r}")
+        """Rests on an entry that has a submenu, and returns that. A click that came while the submenu opens for the
+        pointer would close it."""
+        entry, point = self._meet(title)
+        self.screen.move(*point)
+        submenu = ContextMenu(entry, self.screen)
+        wait_for(submenu._shown, f"the submenu of {title!r}")
         return submenu
 
 
