@@ -213,7 +213,10 @@ class Companion:
         # The selection stays as it is, so there is nothing else that file managers would ask anew for.
         self.exchange.snapshot.unlink()
         wait_for(lambda: self.offered() == [], "a menu that offers nothing")
-        self.items.joinpath("Snake_case folder/Inner").mkdir(parents=True)
+        # Comes as a whole: only what happens directly in the items folder makes a snapshot.
+        made = self.items.with_name("Snake_case folder")
+        made.joinpath("Inner").mkdir(parents=True)
+        made.rename(self.items / made.name)
         wait_for(lambda: self.offered() == OPERATIONS, "a menu that offers the folders again")
         menu = self.manager.open_context_menu_by_keys().open("Copy To")
         self.assertEqual(menu.titles(), ["Inbox", "Snake_case folder"])
