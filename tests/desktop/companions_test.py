@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """The program and a real file manager with its companion: what the mouse selects there decides what happens here.
 
-    companions_test.py [WithThunar | WithCaja | WithNemo | WithNautilus]
+    companions_test.py [WithThunar | WithSanitizedThunar | WithCaja | WithNemo | WithNautilus]
 """
 
 import os
@@ -237,6 +237,21 @@ class WithThunar(Companion, CompanionCase):
     kind = Thunar
     # So many that it would show when a menu is not let go of.
     folders = 60
+
+
+class SanitizedThunar(Thunar):
+    """Loads a companion that watches over its own use of memory."""
+
+    companions = "MARROWICK_TEST_SANITIZED_COMPANIONS"
+    wrapper = ("env", "LD_PRELOAD=" + os.environ.get("MARROWICK_TEST_PRELOADED", ""))
+    # What the file manager itself does not let go of is not looked at.
+    environment = {"ASAN_OPTIONS": "detect_leaks=0"}
+
+
+class WithSanitizedThunar(WithThunar):
+    kind = SanitizedThunar
+    # Memory that was let go of is kept for a while, to see who uses it nevertheless.
+    test_MemoryStaysWithSelectionsAndMenus = None
 
 
 class WithCaja(Companion, CompanionCase):

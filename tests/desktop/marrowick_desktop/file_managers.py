@@ -53,6 +53,9 @@ class RealFileManager:
     new_window = ()
     # Where it looks for extensions.
     extensions = ""
+    # What says where its companion was built, and what is put before its command.
+    companions = COMPANIONS
+    wrapper = ()
     environment = {}
     # What `dconf` sets before it starts, for a list and for icons.
     list_settings = {}
@@ -77,8 +80,8 @@ class RealFileManager:
     def start(self, folder, icons=False, environment=None):
         """Shows `folder`, and waits until the companion tells so."""
         self.prepare(icons)
-        built = pathlib.Path(os.environ[COMPANIONS]) / self.name.lower()
-        self.process = Process([*IN_PLACE, built, INSTALLED / self.extensions, *self.command, folder],
+        built = pathlib.Path(os.environ[self.companions]) / self.name.lower()
+        self.process = Process([*IN_PLACE, built, INSTALLED / self.extensions, *self.wrapper, *self.command, folder],
                                self.desktop.new_log(self.name), {**self.environment, **(environment or {})})
         self.window = wait_for(self.windows, f"a window of {self.name}")[0]
         self.move(self.window, self.place)
