@@ -26,13 +26,12 @@ public:
 
     std::vector<SnapshotNode> nodes(FileURL const& of, int depth)
     {
-        path_ = of.path().substr(0, of.path().find_last_not_of('/') + 1);
-        return nodes(*fileManager_.walk(of), depth);
+        return nodes(*fileManager_.walk(of), of.path().substr(0, of.path().find_last_not_of('/') + 1), depth);
     }
 
 private:
-    /// The path of `of` stands in `path_`, without a slash at its end.
-    std::vector<SnapshotNode> nodes(WalkedDirectory const& of, int depth)
+    /// `path` is that of `of`, without a slash at its end.
+    std::vector<SnapshotNode> nodes(WalkedDirectory const& of, std::string const& path, int depth)
     {
         auto listing = of.namesOfFolders();
         if (!listing)
@@ -40,22 +39,20 @@ private:
         auto names = std::move(listing).value();
         std::erase_if(names, [](std::string const& name) { return !isValidUTF8(name); });
 
-        // The directories below put their order, and their names, behind this one's.
+        // The directories below put their order behind this one's.
         auto const begin = order_.size();
         auto const end = begin + appendOrder(names);
-        auto const length = path_.size();
-        path_ += '/';
         std::vector<SnapshotNode> nodes;
         nodes.reserve(std::min(end - begin, static_cast<std::size_t>(budget_)));
         for (auto position = begin; position < end && budget_ > 0; ++position) {
             --budget_;
-            auto& name = names[order_[position]];
-            path_.replace(length + 1, std::string::npos, name);
-            auto& node = nodes.emplace_back(SnapshotNode { std::move(name), path_, {} });
+            auto& node = nodes.emplace_back();
+            node.name = std::move(names[order_[position]]);
+            node.path.reserve(path.size() + 1 + node.name.size());
+            node.path.append(path).append(1, '/').append(node.name);
             if (depth < SnapshotWalk::deepest && budget_ > 0)
-                node.children = this->nodes(*of.folder(node.name), depth + 1);
+                node.children = this->nodes(*of.folder(node.name), node.path, depth + 1);
         }
-        path_.resize(length);
         order_.resize(begin);
         return nodes;
     }
@@ -85,7 +82,6 @@ private:
     FileManager const& fileManager_;
     std::unique_ptr<PreparedTexts> prepared_;
     int& budget_;
-    std::string path_;
     std::vector<std::string_view> texts_;
     std::vector<std::size_t> order_;
 };

@@ -71,9 +71,30 @@ public:
 
     void add(Weight weight) { addBytes(weight.primary, weight.size); }
 
+    /// Adds the weights at the beginning of `text` that are in `plain`, and returns of how many characters they are. All
+    /// four bytes are written, since that is one step; the room for a key allows it.
+    std::size_t addPlain(std::string_view text, std::array<PlainBytes, 256> const& plain)
+    {
+        // What is written could be the members, for all that the compiler knows.
+        auto* next = next_;
+        std::size_t count = 0;
+        for (; count < text.size(); ++count) {
+            auto const& weight = plain[static_cast<unsigned char>(text[count])];
+            if (weight.size == 0)
+                break;
+            std::memcpy(next, weight.bytes.data(), weight.bytes.size());
+            next += weight.size;
+        }
+        next_ = next;
+        weights_ += count;
+        return count;
+    }
+
     /// Adds the decimal number `digits`. Leading zeros do not count; a very long number is a row of shorter ones.
     void addNumber(std::string_view digits)
     {
+        if (digits.size() <= digitsInPlainValue && addValue(digits))
+            return;
         while (!digits.empty()) {
             digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size() - 1));
             auto const segment = digits.substr(0, digitsInSegment);
@@ -183,9 +204,25 @@ AsciiSortKeys::AsciiSortKeys(UCollator const* collator)
         weight = learnWeight(collator, character);
         weight.mayContract = mayContract;
     }
+    gatherPlainBytes();
     isUsable_ = learnDigits(collator) && agreesOnSamples(collator);
-    if (!isUsable_)
+    if (!isUsable_) {
         weights_ = {};
+        plainBytes_ = {};
+    }
+}
+
+void AsciiSortKeys::gatherPlainBytes()
+{
+    for (std::size_t character = 1; character < characters; ++character) {
+        auto const& weight = weights_[character];
+        if (weight.form != Form::plain || weight.mayContract)
+            continue;
+        auto& plain = plainBytes_[character];
+        for (unsigned i = 0; i < weight.size; ++i)
+            plain.bytes[i] = static_cast<unsigned char>(weight.primary >> (24 - 8 * i));
+        plain.size = weight.size;
+    }
 }
 
 /// Notes the contractions of ASCII characters. Only a locale's own rules have any. False when they cannot be told.
@@ -280,10 +317,9 @@ std::size_t AsciiSortKeys::write(std::string_view text, unsigned char* key) cons
 {
     KeyWriter writer(key, numericLead_);
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (auto const byte = static_cast<unsigned char>(text[i]); byte < characters && weights_[byte].isSimple()) {
-            writer.add(weights_[byte]);
-            continue;
-        }
+        i += writer.addPlain(text.substr(i), plainBytes_);
+        if (i == text.size())
+            break;
         if (isUnknownAt(text, i))
             return 0;
         auto const& weight = weights_[static_cast<unsigned char>(text[i])];

@@ -48,9 +48,13 @@ private:
         Form form = Form::unknown;
         /// Whether a contraction begins with the character.
         bool mayContract = false;
+    };
 
-        /// Whether it is the same whatever stands beside the character.
-        bool isSimple() const { return form == Form::plain && !mayContract; }
+    /// The bytes of a primary weight in the order of the key, and how many they are. None where the character does not
+    /// have the same ones whatever stands beside it.
+    struct PlainBytes {
+        std::array<unsigned char, 4> bytes {};
+        std::uint32_t size = 0;
     };
 
     class KeyWriter;
@@ -59,11 +63,14 @@ private:
 
     bool learnContractions(UCollator const* collator);
     static Weight learnWeight(UCollator const* collator, unsigned char character);
+    void gatherPlainBytes();
     bool learnDigits(UCollator const* collator);
     bool agreesOnSamples(UCollator const* collator) const;
     bool isUnknownAt(std::string_view text, std::size_t position) const;
 
     std::array<Weight, characters> weights_;
+    /// By the value of the byte.
+    std::array<PlainBytes, 256> plainBytes_;
     /// The first two characters of each contraction, as `first * characters + second`.
     std::bitset<characters * characters> contractionStarts_;
     std::uint32_t numericLead_ = 0;
