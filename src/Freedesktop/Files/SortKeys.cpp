@@ -34,6 +34,20 @@ SortKeys::SortKeys(UCollator const* collator, AsciiSortKeys const& ascii)
 {
 }
 
+/// Memory for a key of at most `size` bytes, which `finishKey` makes the next key. A word can be read at its end.
+inline unsigned char* SortKeys::room(std::size_t size)
+{
+    if (bytes_.size() - filled_ < size + wordSize)
+        grow(filled_ + size + wordSize);
+    return bytes_.data() + filled_;
+}
+
+inline void SortKeys::finishKey(std::size_t size)
+{
+    keys_.push_back({ .start = 0, .position = filled_, .size = size });
+    filled_ += size;
+}
+
 void SortKeys::assign(std::vector<std::string_view> const& texts)
 {
     keys_.clear();
@@ -118,18 +132,9 @@ void SortKeys::addCollatorKey(std::string_view text)
     }
 }
 
-/// Memory for a key of at most `size` bytes, which `finishKey` makes the next key. A word can be read at its end.
-unsigned char* SortKeys::room(std::size_t size)
+void SortKeys::grow(std::size_t size)
 {
-    if (bytes_.size() - filled_ < size + wordSize)
-        bytes_.resize(std::max(filled_ + size + wordSize, 2 * bytes_.size()));
-    return bytes_.data() + filled_;
-}
-
-void SortKeys::finishKey(std::size_t size)
-{
-    keys_.push_back({ .start = 0, .position = filled_, .size = size });
-    filled_ += size;
+    bytes_.resize(std::max(size, 2 * bytes_.size()));
 }
 
 }

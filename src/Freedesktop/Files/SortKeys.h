@@ -36,6 +36,7 @@ private:
     void addAsciiOrCollatorKey(std::string_view text);
     void addCollatorKey(std::string_view text);
     unsigned char* room(std::size_t size);
+    void grow(std::size_t size);
     void finishKey(std::size_t size);
 
     /// Both are null where the texts are their own keys.
