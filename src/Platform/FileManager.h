@@ -43,11 +43,18 @@ public:
     {
     }
     constexpr bool contains(ResourceKey key) const { return (bits_ & static_cast<std::uint16_t>(key)) != 0; }
+    constexpr bool containsAny(ResourceKeys keys) const { return (bits_ & keys.bits_) != 0; }
     friend constexpr ResourceKeys operator|(ResourceKeys a, ResourceKeys b)
     {
         ResourceKeys both;
         both.bits_ = static_cast<std::uint16_t>(a.bits_ | b.bits_);
         return both;
+    }
+    constexpr ResourceKeys without(ResourceKeys other) const
+    {
+        ResourceKeys rest;
+        rest.bits_ = static_cast<std::uint16_t>(bits_ & ~other.bits_);
+        return rest;
     }
 
 private:

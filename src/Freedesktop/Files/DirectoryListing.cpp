@@ -3,8 +3,10 @@
 #include "Freedesktop/Files/DirectoryEntries.h"
 #include "Freedesktop/Files/FileDescriptor.h"
 #include "Freedesktop/Files/FileErrors.h"
+#include "Freedesktop/Files/FolderWays.h"
 #include "Freedesktop/Files/HiddenNames.h"
 #include "Freedesktop/Files/ItemValues.h"
+#include "Freedesktop/Files/TimelyAnswers.h"
 
 #include <algorithm>
 #include <atomic>
@@ -31,6 +33,7 @@ class DirectoryReader {
 public:
     DirectoryReader(int directory, std::string const& path, ResourceKeys keys, HiddenItems hidden)
         : directory_(directory)
+        , ways_(FolderWays::of(directory))
         , prefix_(path.back() == '/' ? path : path + '/')
         , keys_(keys)
         , hidden_(hidden)
@@ -103,7 +106,9 @@ private:
             auto& item = items_[index];
             auto const& path = item.url.path();
             // The name is the end of the path, so a zero byte follows it.
-            item.values = readResourceValues({ directory_, path.c_str() + prefix_.size(), path }, kinds_[index], keys_);
+            item.values = readResourceValues(
+                { directory_, path.c_str() + prefix_.size(), path, ways_.areHarmless() ? nullptr : &ways_ },
+                kinds_[index], keys_);
             if (kinds_[index] == ItemKind::unknown && item.values.isDirectory == true)
                 item.url = FileURL(path, true);
         }
@@ -119,6 +124,7 @@ private:
     }
 
     int directory_;
+    FolderWays ways_;
     std::string prefix_;
     ResourceKeys keys_;
     HiddenItems hidden_;
@@ -130,8 +136,9 @@ private:
 /// Keeps of a directory nothing but the names of its visible folders.
 class FolderNamesReader {
 public:
-    explicit FolderNamesReader(int directory)
+    FolderNamesReader(int directory, FolderWays const& ways)
         : directory_(directory)
+        , ways_(ways)
     {
         // As many as most folders have.
         names_.reserve(16);
@@ -165,45 +172,77 @@ private:
         if (kind != ItemKind::unknown)
             return kind == ItemKind::directory;
         std::string const name(entry.d_name);
-        return readResourceValues({ directory_, name.c_str(), name }, kind, ResourceKey::isDirectory)
+        return readResourceValues(
+            { directory_, name.c_str(), name, ways_.areHarmless() ? nullptr : &ways_ }, kind, ResourceKey::isDirectory)
             .isDirectory.value_or(false);
     }
 
     int directory_;
+    FolderWays const& ways_;
     bool hasHiddenNamesFile_ = false;
     std::vector<std::string> names_;
 };
 
-FileDescriptor openForListing(int above, char const* name)
+struct Opened {
+    FileDescriptor directory;
+    /// Why it is not open, or zero.
+    int error = 0;
+};
+
+Opened openForListing(int above, char const* name)
 {
-    return FileDescriptor(::openat(above, name, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    FileDescriptor directory(::openat(above, name, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    int const error = directory.isOpen() ? 0 : errno;
+    return { std::move(directory), error };
 }
 
-/// Not open, with the reason in `errno`, when it cannot be.
-FileDescriptor openForListing(FileURL const& directory)
+Opened notOpened(int error)
 {
-    if (!isSystemPath(directory) || directory.path().empty()) {
-        errno = ENOENT;
-        return FileDescriptor(-1);
-    }
-    return openForListing(AT_FDCWD, directory.path().c_str());
+    return { FileDescriptor(-1), error };
+}
+
+/// Whether the volume tells in time what the directory holds, at least how that begins.
+bool isToldInTime(std::string const& volume, std::string const& path)
+{
+    auto const readBeginning = [path] {
+        auto const opened = openForListing(AT_FDCWD, path.c_str());
+        char entries[4096];
+        return opened.directory.isOpen() ? ::getdents64(opened.directory.get(), entries, sizeof entries) : -1;
+    };
+    return answerInTime(volume, patienceForListing, readBeginning).has_value();
+}
+
+Opened openForListing(FileURL const& directory)
+{
+    auto const& path = directory.path();
+    if (!isSystemPath(directory) || path.empty())
+        return notOpened(ENOENT);
+    auto const volume = volumeEntered(path);
+    return volume && !isToldInTime(*volume, path) ? notOpened(ETIMEDOUT) : openForListing(AT_FDCWD, path.c_str());
+}
+
+/// A directory in the one that is open as `above` and whose ways these are.
+Opened openForListing(int above, FolderWays const& ways, std::string const& name)
+{
+    auto const volume = ways.volumeAt(name);
+    bool const isTold = !volume || isToldInTime(*volume, ways.pathOf(name));
+    return isTold ? openForListing(above, name.c_str()) : notOpened(ETIMEDOUT);
 }
 
 class OpenDirectory final : public WalkedDirectory {
 public:
-    /// Right after the directory was opened, since `errno` tells why it is not open.
-    OpenDirectory(FileDescriptor directory, std::string name)
-        : directory_(std::move(directory))
-        , openingError_(directory_.isOpen() ? 0 : errno)
+    OpenDirectory(Opened opened, FolderWays ways, std::string name)
+        : opened_(std::move(opened))
+        , ways_(std::move(ways))
         , name_(std::move(name))
     {
     }
 
     Result<std::vector<std::string>> namesOfFolders() const override
     {
-        if (openingError_ != 0)
-            return fileError(openingError_, what, FileURL(name_));
-        FolderNamesReader reader(directory_.get());
+        if (opened_.error != 0)
+            return fileError(opened_.error, what, FileURL(name_));
+        FolderNamesReader reader(opened_.directory.get(), ways_);
         if (int const number = reader.read())
             return fileError(number, what, FileURL(name_));
         return reader.takeNames();
@@ -211,12 +250,13 @@ public:
 
     std::unique_ptr<WalkedDirectory> folder(std::string const& name) const override
     {
-        return std::make_unique<OpenDirectory>(openForListing(directory_.get(), name.c_str()), name);
+        return std::make_unique<OpenDirectory>(
+            openForListing(opened_.directory.get(), ways_, name), ways_.below(name), name);
     }
 
 private:
-    FileDescriptor directory_;
-    int openingError_;
+    Opened opened_;
+    FolderWays ways_;
     std::string name_;
 };
 
@@ -224,9 +264,9 @@ private:
 
 Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, ResourceKeys keys, HiddenItems hidden)
 {
-    FileDescriptor const open(openForListing(directory));
-    if (!open.isOpen())
-        return fileError(errno, what, directory);
+    auto const [open, error] = openForListing(directory);
+    if (error != 0)
+        return fileError(error, what, directory);
     DirectoryReader reader(open.get(), directory.path(), keys, hidden);
     if (struct stat status {}; ::fstat(open.get(), &status) == 0)
         reader.reserveForSize(status.st_size);
@@ -238,14 +278,17 @@ Result<std::vector<ListedItem>> listDirectory(FileURL const& directory, Resource
 
 std::unique_ptr<WalkedDirectory> walkDirectory(FileURL const& directory)
 {
-    return std::make_unique<OpenDirectory>(openForListing(directory), std::string(directory.lastPathComponent()));
+    auto opened = openForListing(directory);
+    auto ways = opened.error == 0 ? FolderWays::of(opened.directory.get()) : FolderWays();
+    return std::make_unique<OpenDirectory>(
+        std::move(opened), std::move(ways), std::string(directory.lastPathComponent()));
 }
 
 Result<void> visitNamesInDirectory(FileURL const& directory, std::function<void(std::string_view)> const& visit)
 {
-    FileDescriptor const open(openForListing(directory));
-    if (!open.isOpen())
-        return fileError(errno, what, directory);
+    auto const [open, error] = openForListing(directory);
+    if (error != 0)
+        return fileError(error, what, directory);
     int const number = visitEntries(open.get(), [&](dirent64 const& entry) {
         if (!isDotOrDotDot(entry.d_name))
             visit(entry.d_name);

@@ -3,28 +3,58 @@
 #include "Freedesktop/Files/DirectoryListing.h"
 #include "Freedesktop/Files/FileErrors.h"
 #include "Freedesktop/Files/FileTimes.h"
+#include "Freedesktop/Files/FolderWays.h"
 #include "Freedesktop/Files/ItemValues.h"
 #include "Freedesktop/Files/MountedVolumes.h"
 #include "Freedesktop/Files/StandardDirectories.h"
+#include "Freedesktop/Files/TimelyAnswers.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
+#include <type_traits>
 #include <unistd.h>
+#include <utility>
+#include <variant>
 
 namespace marrowick {
 
 namespace {
 
-/// The item's status, links followed; absent when there is none.
-std::optional<struct stat> statusOf(FileURL const& url)
+/// What `question`, a function of a path, finds out about an item, links followed; absent when a volume that would have to
+/// tell does not answer in time.
+template<typename Question>
+auto answerAbout(FileURL const& url, Question question) -> std::optional<std::invoke_result_t<Question, std::string>>
+{
+    auto const volume = volumeEntered(url.path());
+    if (!volume)
+        return question(url.path());
+    return answerInTime(*volume, patienceForItem, [question, path = url.path()] { return question(path); });
+}
+
+std::optional<struct stat> statusOfPath(std::string const& path)
 {
     struct stat status { };
-    if (!isSystemPath(url) || ::fstatat(AT_FDCWD, url.path().c_str(), &status, AT_NO_AUTOMOUNT) != 0)
+    if (::fstatat(AT_FDCWD, path.c_str(), &status, AT_NO_AUTOMOUNT) != 0)
         return std::nullopt;
     return status;
+}
+
+/// The item's status, links followed; absent when there is none, and when that is not told in time.
+std::optional<struct stat> statusOf(FileURL const& url)
+{
+    return isSystemPath(url) ? answerAbout(url, statusOfPath).value_or(std::nullopt) : std::nullopt;
+}
+
+/// Where the path leads in the end, or the error's number.
+std::variant<std::string, int> resolvedPath(std::string const& path)
+{
+    std::unique_ptr<char, decltype(&std::free)> const resolved(::realpath(path.c_str(), nullptr), std::free);
+    if (!resolved)
+        return errno;
+    return std::string(resolved.get());
 }
 
 bool isDirectory(FileURL const& url)
@@ -63,7 +93,9 @@ ResourceValues FreedesktopFileManager::resourceValues(FileURL const& url, Resour
 {
     if (!isSystemPath(url))
         return {};
-    return readResourceValues({ AT_FDCWD, url.path().c_str(), url.path() }, ItemKind::unknown, keys);
+    auto const ways = FolderWays::around(url.path());
+    return readResourceValues(
+        { AT_FDCWD, url.path().c_str(), url.path(), ways.areHarmless() ? nullptr : &ways }, ItemKind::unknown, keys);
 }
 
 bool FreedesktopFileManager::fileExists(FileURL const& url) const
@@ -73,9 +105,12 @@ bool FreedesktopFileManager::fileExists(FileURL const& url) const
 
 bool FreedesktopFileManager::isNameTaken(FileURL const& url) const
 {
+    if (!isSystemPath(url))
+        return false;
+    if (FolderWays::around(url.path()).volumeAt(url.lastPathComponent()))
+        return true;
     struct stat status { };
-    return isSystemPath(url)
-        && ::fstatat(AT_FDCWD, url.path().c_str(), &status, AT_NO_AUTOMOUNT | AT_SYMLINK_NOFOLLOW) == 0;
+    return ::fstatat(AT_FDCWD, url.path().c_str(), &status, AT_NO_AUTOMOUNT | AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 std::optional<FileIdentity> FreedesktopFileManager::identity(FileURL const& url) const
@@ -123,10 +158,10 @@ Result<FileURL> FreedesktopFileManager::resolvingAlias(FileURL const& url) const
     constexpr char what[] = "Could not resolve";
     if (!isSystemPath(url))
         return fileError(ENOENT, what, url);
-    std::unique_ptr<char, decltype(&std::free)> const path(::realpath(url.path().c_str(), nullptr), std::free);
-    if (!path)
-        return fileError(errno, what, url);
-    return FileURL(path.get());
+    auto resolved = answerAbout(url, resolvedPath).value_or(ETIMEDOUT);
+    if (auto const* number = std::get_if<int>(&resolved))
+        return fileError(*number, what, url);
+    return FileURL(std::get<std::string>(std::move(resolved)));
 }
 
 std::vector<FileURL> FreedesktopFileManager::urls(StandardDirectory directory) const

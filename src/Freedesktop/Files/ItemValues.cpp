@@ -2,6 +2,7 @@
 
 #include "Freedesktop/Files/ApplicationTest.h"
 #include "Freedesktop/Files/FileTimes.h"
+#include "Freedesktop/Files/TimelyAnswers.h"
 
 #include <algorithm>
 #include <array>
@@ -41,32 +42,8 @@ std::optional<bool> leadsToDirectory(ItemPlace const& place)
     return std::nullopt;
 }
 
-}
-
-bool isPackageName(std::string_view name)
-{
-    static constexpr std::array<std::string_view, 6> extensions { "app", "prefPane", "bundle", "framework", "plugin",
-        "rtfd" };
-    auto const extension = pathExtensionOf(name);
-    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
-}
-
-ItemKind itemKindOfEntry(unsigned char entryType)
-{
-    switch (entryType) {
-    case DT_UNKNOWN:
-        return ItemKind::unknown;
-    case DT_REG:
-        return ItemKind::regularFile;
-    case DT_DIR:
-        return ItemKind::directory;
-    case DT_LNK:
-        return ItemKind::link;
-    }
-    return ItemKind::other;
-}
-
-ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
+/// The values, however long the disk takes.
+ResourceValues readFromDisk(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
 {
     ResourceValues values;
     bool const wantsDate = keys.contains(ResourceKey::contentModificationDate)
@@ -105,6 +82,68 @@ ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, Resourc
     else if (keys.contains(ResourceKey::directoryIsApplication) && values.aliasTargetIsDirectory.value_or(false))
         values.isApplication = leadsToApplicationDirectory(place);
     return values;
+}
+
+constexpr auto keysOfTarget
+    = ResourceKey::aliasTargetIsDirectory | ResourceKey::directoryIsApplication | ResourceKey::isApplication;
+
+constexpr auto keysOfStatus
+    = ResourceKey::contentModificationDate | ResourceKey::fileModificationDate | ResourceKey::fileSize;
+
+/// The volume that has to be asked for the values and may keep silent.
+std::optional<std::string> doubtfulVolume(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
+{
+    if (!place.ways)
+        return std::nullopt;
+    bool const mayBeLink = kind == ItemKind::link || kind == ItemKind::unknown;
+    if (mayBeLink && keys.containsAny(keysOfTarget))
+        return place.ways->volumeBehind(nameOf(place));
+    bool const isToldByKind = kind == ItemKind::directory && !keys.containsAny(keysOfStatus);
+    return isToldByKind ? std::nullopt : place.ways->volumeAt(nameOf(place));
+}
+
+/// What is known of an item whose volume does not answer.
+ResourceValues valuesWithoutVolume(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
+{
+    if (!place.ways->volumeAt(nameOf(place)))
+        return readFromDisk(place, kind, keys.without(keysOfTarget));
+    return kind == ItemKind::directory ? readFromDisk(place, kind, keys.without(keysOfStatus)) : ResourceValues();
+}
+
+}
+
+bool isPackageName(std::string_view name)
+{
+    static constexpr std::array<std::string_view, 6> extensions { "app", "prefPane", "bundle", "framework", "plugin",
+        "rtfd" };
+    auto const extension = pathExtensionOf(name);
+    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
+}
+
+ItemKind itemKindOfEntry(unsigned char entryType)
+{
+    switch (entryType) {
+    case DT_UNKNOWN:
+        return ItemKind::unknown;
+    case DT_REG:
+        return ItemKind::regularFile;
+    case DT_DIR:
+        return ItemKind::directory;
+    case DT_LNK:
+        return ItemKind::link;
+    }
+    return ItemKind::other;
+}
+
+ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
+{
+    auto const volume = doubtfulVolume(place, kind, keys);
+    if (!volume)
+        return readFromDisk(place, kind, keys);
+    auto values = answerInTime(*volume, patienceForItem, [path = place.ways->pathOf(nameOf(place)), kind, keys] {
+        return readFromDisk({ AT_FDCWD, path.c_str(), path }, kind, keys);
+    });
+    return values ? *values : valuesWithoutVolume(place, kind, keys);
 }
 
 }

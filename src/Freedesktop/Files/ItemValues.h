@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Freedesktop/Files/FolderWays.h"
 #include "Platform/FileManager.h"
 
 #include <optional>
@@ -28,10 +29,12 @@ struct ItemPlace {
     int directory;
     char const* name;
     std::string const& path;
+    /// Of the folder that holds the item; null where no way to its items is doubtful.
+    FolderWays const* ways = nullptr;
 };
 
 /// The values of an item that `keys` name. `kind` is what is known of it beforehand; the disk is asked only for what
-/// that does not tell.
+/// that does not tell. What lies in a doubtful volume and is not told in time is absent.
 ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, ResourceKeys keys);
 
 }

@@ -1,5 +1,7 @@
 #include "Freedesktop/Interface/FileIcons.h"
 
+#include "Freedesktop/Files/FolderWays.h"
+#include "Freedesktop/Files/TimelyAnswers.h"
 #include "Freedesktop/GLibOwners.h"
 #include "Freedesktop/Interface/Conversions.h"
 #include "Freedesktop/Interface/Pictures.h"
@@ -132,9 +134,9 @@ std::optional<std::string> rememberedIconName(QByteArray const& path, struct sta
     return remembered.insert(path, { stamp, iconNamedByDesktopEntry(path) })->name;
 }
 
-QIcon desktopEntryIcon(QByteArray const& path, struct stat const& status)
+/// The icon that a desktop entry names.
+QIcon namedIcon(std::optional<std::string> const& named)
 {
-    auto const named = rememberedIconName(path, status);
     if (!named)
         return {};
     if (named->front() == '/')
@@ -168,14 +170,73 @@ FoundFileIcon iconOfMissingFile(FileURL const& url)
     return { documentIcon(), FileShape::document };
 }
 
+FoundFileIcon applicationWithIcon(QIcon icon)
+{
+    return { icon.isNull() ? applicationIcon() : std::move(icon), FileShape::application };
+}
+
 /// Asks no more of the file than what is needed; absent for everything but the file of a desktop entry.
 std::optional<FoundFileIcon> iconOfDesktopEntry(FileURL const& url, QByteArray const& path)
 {
     struct stat status { };
     if (!hasExtension(url, "desktop") || stat(path.constData(), &status) != 0 || S_ISDIR(status.st_mode))
         return std::nullopt;
-    auto icon = desktopEntryIcon(path, status);
-    return FoundFileIcon { icon.isNull() ? applicationIcon() : std::move(icon), FileShape::application };
+    return applicationWithIcon(namedIcon(rememberedIconName(path, status)));
+}
+
+/// The icon of an item of the type, of which `typeIcon` is what the desktop has for it.
+FoundFileIcon iconOfType(FileURL const& url, char const* contentType, bool isDirectory, GIcon* typeIcon)
+{
+    FoundFileIcon found;
+    if (isDirectory) {
+        found.shape = FileShape::folder;
+        if (hasExtension(url, "app")) {
+            found.shape = FileShape::application;
+            found.icon = applicationIcon();
+        }
+    } else if (isApplicationType(contentType)) {
+        found.shape = FileShape::application;
+    }
+    if (found.icon.isNull())
+        found.icon = iconOf(typeIcon);
+    if (found.icon.isNull() && found.shape == FileShape::document)
+        found.icon = documentIcon();
+    return found;
+}
+
+/// What a volume has to tell for an item's icon.
+struct FactsInVolume {
+    bool isDirectory = false;
+    std::optional<std::string> iconName;
+};
+
+/// Absent where there is no item. Never reads more of it than a desktop entry's text.
+std::optional<FactsInVolume> readFacts(FileURL const& url)
+{
+    auto const path = pathBytes(url);
+    struct stat status { };
+    if (stat(path.constData(), &status) != 0)
+        return std::nullopt;
+    FactsInVolume facts { .isDirectory = S_ISDIR(status.st_mode), .iconName = {} };
+    if (!facts.isDirectory && hasExtension(url, "desktop"))
+        facts.iconName = iconNamedByDesktopEntry(path);
+    return facts;
+}
+
+/// The icon of an item that lies in a doubtful volume. Its type is told by its name, as file managers do where reading may
+/// take long.
+FoundFileIcon iconInVolume(FileURL const& url, std::string const& volume)
+{
+    auto const facts = answerInTime(volume, patienceForItem, [url] { return readFacts(url); }).value_or(std::nullopt);
+    if (!facts)
+        return iconOfMissingFile(url);
+    if (!facts->isDirectory && hasExtension(url, "desktop"))
+        return applicationWithIcon(namedIcon(facts->iconName));
+    std::string const name(url.lastPathComponent());
+    GStringOwner const contentType(
+        facts->isDirectory ? g_strdup("inode/directory") : g_content_type_guess(name.c_str(), nullptr, 0, nullptr));
+    GObjectOwner<GIcon> const typeIcon(g_content_type_get_icon(contentType.get()));
+    return iconOfType(url, contentType.get(), facts->isDirectory, typeIcon.get());
 }
 
 }
@@ -184,6 +245,8 @@ FoundFileIcon findFileIcon(FileURL const& url)
 {
     if (auto const volume = volumeIcon(url.path()))
         return { iconOf(volume.get()), FileShape::folder };
+    if (auto const entered = volumeEntered(url.path()))
+        return iconInVolume(url, *entered);
     auto const path = pathBytes(url);
     if (auto found = iconOfDesktopEntry(url, path))
         return *found;
@@ -200,21 +263,8 @@ FoundFileIcon findFileIcon(FileURL const& url)
     auto const* contentType = g_file_info_get_attribute_string(info.get(), G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE);
     auto* const themed = g_file_info_get_attribute_object(info.get(), G_FILE_ATTRIBUTE_STANDARD_ICON);
 
-    FoundFileIcon found;
-    if (type == G_FILE_TYPE_DIRECTORY) {
-        found.shape = FileShape::folder;
-        if (hasExtension(url, "app")) {
-            found.shape = FileShape::application;
-            found.icon = applicationIcon();
-        }
-    } else if (isApplicationType(contentType)) {
-        found.shape = FileShape::application;
-    }
-    if (found.icon.isNull() && themed && G_IS_ICON(themed))
-        found.icon = iconOf(G_ICON(themed));
-    if (found.icon.isNull() && found.shape == FileShape::document)
-        found.icon = documentIcon();
-    return found;
+    bool const isThemed = themed && G_IS_ICON(themed);
+    return iconOfType(url, contentType, type == G_FILE_TYPE_DIRECTORY, isThemed ? G_ICON(themed) : nullptr);
 }
 
 }

@@ -1,5 +1,8 @@
 #include "Freedesktop/Interface/Pictures.h"
 
+#include "Freedesktop/Files/FolderWays.h"
+#include "Freedesktop/Files/TimelyAnswers.h"
+
 #include <QBuffer>
 #include <QImageReader>
 #include <QPixmap>
@@ -10,6 +13,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <string>
 
 namespace marrowick {
 
@@ -78,6 +82,16 @@ bool namesOtherFile(QXmlStreamReader const& element)
     });
 }
 
+/// Anybody may name a picture in a volume that does not answer.
+std::optional<QByteArray> readInTime(std::string const& path)
+{
+    auto const volume = volumeOnTheWay(path);
+    if (!volume)
+        return readRegularFile(path.c_str(), largestPicture);
+    auto const read = [path] { return readRegularFile(path.c_str(), largestPicture); };
+    return answerInTime(*volume, patienceForItem, read).value_or(std::nullopt);
+}
+
 }
 
 std::optional<QByteArray> readRegularFile(char const* path, qsizetype limit)
@@ -103,7 +117,7 @@ std::optional<QByteArray> readRegularFile(char const* path, qsizetype limit)
 
 QIcon pictureIcon(char const* path)
 {
-    auto const content = readRegularFile(path, largestPicture);
+    auto const content = readInTime(path);
     if (!content)
         return {};
     QImage const image = decoded(*content);

@@ -1,10 +1,8 @@
 #include "Freedesktop/Interface/VolumeIcons.h"
 
-#include "Freedesktop/Files/FileDescriptor.h"
+#include "Freedesktop/Files/MountChanges.h"
 
-#include <fcntl.h>
 #include <gio/gunixmounts.h>
-#include <poll.h>
 
 #include <unordered_map>
 
@@ -12,27 +10,11 @@ namespace marrowick {
 
 namespace {
 
-/// Tells whether anything was mounted or unmounted since the last question, for less than reading the table costs.
-class MountChanges {
-public:
-    bool haveCome()
-    {
-        pollfd question { table_.get(), POLLPRI, 0 };
-        if (poll(&question, 1, 0) < 0 || (question.revents & POLLNVAL))
-            return true;
-        return (question.revents & (POLLPRI | POLLERR)) != 0;
-    }
-
-private:
-    FileDescriptor table_ { open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC) };
-};
-
 /// The icons of all volumes, by their roots.
 class MountedIcons {
 public:
     GIcon* at(std::string const& path)
     {
-        // Asked before the table is read: what comes while it is read is a change the next time.
         if (bool const haveChanged = changes_.haveCome(); haveChanged || !isRead_)
             read();
         auto const found = icons_.find(path);
