@@ -9,7 +9,8 @@ import unittest
 import urllib.parse
 import zlib
 
-from marrowick_desktop import SEPARATOR, FileManagerService, FinderCase, OwnMounts, SubmenuCase, fill, run
+from marrowick_desktop import (SEPARATOR, Exchange, FileManagerService, FinderCase, OwnMounts, SubmenuCase, fill, run,
+                               wait_for)
 
 TITLES = ["Programs", "Desktop", "Processes", "Preference Panes", "Recent Items"]
 RED = 0xFF0000
@@ -237,6 +238,44 @@ class Volumes(SubmenuCase):
         finally:
             os.close(server)
             asking.wait(10)
+            self.mounts.unmount(volume)
+
+    def test_WhatLeadsIntoAVolumeThatDoesNotAnswerDoesNotHoldTheMenu(self):
+        desktop = self.desktop.home / "Desktop"
+        fill(desktop, "a.txt", "Plain/")
+        try:
+            volume, server = self.mounts.mount_silent(desktop / "Silent")
+        except OSError as problem:
+            self.skipTest(f"this system has no file systems of its users: {problem}")
+        try:
+            (desktop / "Link").symlink_to("Silent")
+            (desktop / "To plain").symlink_to("Plain")
+            for name in ("Deep", "Deep.desktop", "Other.app"):
+                (self.items / name).symlink_to(volume / "folder")
+            (volume.parent / "Round").symlink_to(self.items / "Deep")
+            self.run_submenus()
+            for mode in ("alphabetical", "dateModified", "kindThenAlphabetical"):
+                with self.subTest(mode):
+                    self.desktop.set("sortMode", f"'{mode}'")
+                    menu = self.open_menu()
+                    for title in ("Deep", "Deep.desktop", "Other"):
+                        self.assertFalse(menu.entry(title).opens_submenu)
+                    self.menus.close()
+                    menu = self.open("Desktop")
+                    self.assertEqual({title: menu.entry(title).opens_submenu for title in menu.titles()
+                                      if title not in ("/", SEPARATOR)},
+                                     {"Silent": True, "Link": False, "Round": False, "a.txt": False, "Plain": True,
+                                      "To plain": True})
+                    self.menus.close()
+            self.choose_from("Desktop", "a.txt")
+            self.desktop.applications.wait_for_call()
+            # The folders for the file manager's extension are told all the same, and the program ends.
+            roots = wait_for(Exchange().roots, "a snapshot")
+            self.assertIn("Plain", [child["name"] for root in roots if root["name"] == "Desktop"
+                                    for child in root["children"]])
+            self.program.stop()
+        finally:
+            os.close(server)
             self.mounts.unmount(volume)
 
 

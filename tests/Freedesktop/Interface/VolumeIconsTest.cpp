@@ -1,49 +1,35 @@
 #include "Freedesktop/Interface/VolumeIcons.h"
+#include "Freedesktop/Files/FolderWays.h"
 #include "Freedesktop/Interface/FileIcons.h"
 #include "Freedesktop/Interface/Icons.h"
 
 #include "Freedesktop/Interface/SessionSupport.h"
+#include "Freedesktop/TestVolumes.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <memory>
+#include <functional>
+#include <optional>
 #include <string>
 #include <thread>
 
 namespace marrowick {
 namespace {
 
-/// Gives the test program mounts of its own before anything looks at them. Nobody else sees what it mounts.
-class OwnMounts : public testing::Environment {
-public:
-    void SetUp() override
-    {
-        areThere = unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    }
-
-    /// False where the system allows none.
-    bool areThere = false;
-};
-
-auto const* const ownMounts
-    = static_cast<OwnMounts const*>(testing::AddGlobalTestEnvironment(std::make_unique<OwnMounts>().release()));
-
 /// A folder that something is mounted on while a test runs.
 class VolumeIconTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        if (!ownMounts->areThere)
+        if (!hasOwnMounts())
             GTEST_SKIP() << "this system allows no mounts of one's own";
         prepareIconTheme(log_);
     }
@@ -52,34 +38,6 @@ protected:
     QTemporaryDir folder_;
     std::string path_ = QFile::encodeName(folder_.path()).toStdString();
     RecordingLog log_;
-};
-
-/// A volume whose server took the connection and says nothing: whoever asks it for anything waits.
-class SilentVolume {
-public:
-    explicit SilentVolume(std::string const& path)
-        : connection_(open("/dev/fuse", O_RDWR | O_CLOEXEC))
-    {
-        auto const options = "fd=" + std::to_string(connection_) + ",rootmode=40000,user_id=0,group_id=0";
-        isMounted_ = connection_ >= 0 && mount("silent", path.c_str(), "fuse", 0, options.c_str()) == 0;
-    }
-    ~SilentVolume() { hangUp(); }
-    SilentVolume(SilentVolume const&) = delete;
-    SilentVolume& operator=(SilentVolume const&) = delete;
-
-    bool isMounted() const { return isMounted_; }
-
-    /// Those who wait get an error.
-    void hangUp()
-    {
-        if (connection_ >= 0)
-            close(connection_);
-        connection_ = -1;
-    }
-
-private:
-    int connection_ = -1;
-    bool isMounted_ = false;
 };
 
 TEST_F(VolumeIconTest, AMountedFolderIsAVolumeAsLongAsItIsMounted)
@@ -114,28 +72,104 @@ TEST_F(VolumeIconTest, TheIconOfAVolumeThatDoesNotAnswerIsFoundAtOnce)
         hasAnswer = true;
     });
 
-    // Should the volume be touched after all, this test fails and does not hang.
-    std::atomic<bool> isDone = false;
-    std::atomic<bool> wasStuck = false;
-    std::thread rescue([&] {
-        for (int i = 0; i < 500 && !isDone; ++i)
-            usleep(10'000);
-        if (!isDone) {
-            wasStuck = true;
-            volume.hangUp();
-        }
-    });
-    auto const found = findFileIcon(FileURL(path_, true));
-    auto const image = iconFor(Image::iconForFile(FileURL(path_, true), 16)).pixmap(QSize(16, 16)).toImage();
-    isDone = true;
-    rescue.join();
-
-    EXPECT_FALSE(wasStuck);
-    EXPECT_EQ(found.shape, FileShape::folder);
-    EXPECT_FALSE(image.isNull());
-    EXPECT_FALSE(hasAnswer);
+    {
+        Rescue const rescue(volume);
+        auto const found = findFileIcon(FileURL(path_, true));
+        auto const image = iconFor(Image::iconForFile(FileURL(path_, true), 16)).pixmap(QSize(16, 16)).toImage();
+        EXPECT_EQ(found.shape, FileShape::folder);
+        EXPECT_FALSE(image.isNull());
+        EXPECT_FALSE(hasAnswer);
+    }
     volume.hangUp();
     asking.join();
+}
+
+/// Items that lead into a volume, as they stand in a menu.
+class SilentIconsTest : public VolumeIconTest {
+protected:
+    void SetUp() override
+    {
+        VolumeIconTest::SetUp();
+        if (IsSkipped())
+            return;
+        ASSERT_EQ(mkdir((path_ + "/nas").c_str(), 0700), 0);
+        // By another path than the one that the mount table names.
+        ASSERT_EQ(symlink(path_.c_str(), (path_ + "/again").c_str()), 0);
+        for (auto const* target : { "folder", "viewer.desktop", "missing" })
+            ASSERT_EQ(symlink((path_ + "/nas/" + target).c_str(), (path_ + "/to " + target).c_str()), 0);
+        ASSERT_EQ(symlink("nas/viewer.desktop", (path_ + "/link.desktop").c_str()), 0);
+        volume_.emplace(path_ + "/nas");
+        if (!volume_->isMounted())
+            GTEST_SKIP() << "this system has no file systems of its users";
+        ASSERT_TRUE(eventually([&] { return volumeEntered(path_ + "/nas").has_value(); }));
+    }
+
+    static bool eventually(std::function<bool()> const& condition)
+    {
+        for (int tries = 0; !condition(); ++tries) {
+            if (tries == 1000)
+                return false;
+            usleep(10'000);
+        }
+        return true;
+    }
+
+    FoundFileIcon icon(std::string const& name, bool isFolder = false) const
+    {
+        return findFileIcon(FileURL(path_ + '/' + name, isFolder));
+    }
+
+    static bool areSame(QIcon const& a, QIcon const& b)
+    {
+        return a.pixmap(QSize(16, 16)).toImage() == b.pixmap(QSize(16, 16)).toImage();
+    }
+
+    std::optional<SilentVolume> volume_;
+};
+
+TEST_F(SilentIconsTest, WhatKeepsSilentLooksLikeSomethingMissing)
+{
+    Rescue const rescue(*volume_);
+    auto const missing = findFileIcon(FileURL("/nonexistent"));
+    for (auto const* name : { "to folder", "to viewer.desktop", "to missing", "link.desktop", "again/to folder" }) {
+        EXPECT_EQ(icon(name).shape, FileShape::document) << name;
+        EXPECT_TRUE(areSame(icon(name).icon, missing.icon)) << name;
+    }
+    for (auto const* name : { "nas", "again/nas" }) {
+        EXPECT_EQ(icon(name, true).shape, FileShape::folder) << name;
+        EXPECT_FALSE(icon(name, true).icon.isNull()) << name;
+    }
+}
+
+TEST_F(SilentIconsTest, IsWaitedForOnce)
+{
+    Rescue const rescue(*volume_);
+    icon("to folder");
+    auto const threads = threadCount();
+    for (auto const* name : { "to folder", "to missing", "link.desktop", "again/nas" })
+        icon(name);
+    EXPECT_EQ(threadCount(), threads);
+}
+
+TEST_F(SilentIconsTest, APictureInItIsNotWaitedFor)
+{
+    QFile entry(QString::fromStdString(path_ + "/own.desktop"));
+    ASSERT_TRUE(entry.open(QFile::WriteOnly));
+    entry.write(
+        QByteArray::fromStdString("[Desktop Entry]\nType=Application\nName=Own\nIcon=" + path_ + "/nas/icon.png\n"));
+    entry.close();
+    Rescue const rescue(*volume_);
+    EXPECT_EQ(icon("own.desktop").shape, FileShape::application);
+}
+
+TEST_F(SilentIconsTest, AServerThatAnswersIsHeard)
+{
+    Rescue const rescue(*volume_);
+    volume_->answer();
+    EXPECT_TRUE(eventually([&] { return icon("to folder").shape == FileShape::folder; }));
+    EXPECT_FALSE(icon("to folder").icon.isNull());
+    EXPECT_TRUE(eventually([&] { return icon("link.desktop").shape == FileShape::application; }));
+    EXPECT_EQ(icon("to missing").shape, FileShape::document);
 }
 
 }

@@ -7,7 +7,7 @@ gi.require_version("Gio", "2.0")
 from .cases import ENDING, GENERATED, DesktopCase, ExchangeCase, FinderCase, run  # noqa: E402,F401
 from .companions import CompanionCase  # noqa: E402,F401
 from .desktop import Window, empty, fill  # noqa: E402,F401
-from .exchange import node, written  # noqa: E402,F401
+from .exchange import Exchange, node, written  # noqa: E402,F401
 from .file_manager import FileManager, Shown  # noqa: E402,F401
 from .file_managers import Caja, Nautilus, Nemo, Thunar, is_built  # noqa: E402,F401
 from .folders import FolderReads  # noqa: E402,F401
