@@ -1,12 +1,12 @@
 #include "Freedesktop/Files/DoubtfulVolumes.h"
 
+#include "Freedesktop/Files/KernelTick.h"
 #include "Freedesktop/Files/MountChanges.h"
 #include "Freedesktop/Files/RegularFile.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <ctime>
 #include <fcntl.h>
 #include <mutex>
 #include <optional>
@@ -83,23 +83,12 @@ public:
     std::shared_ptr<VolumePaths const> get()
     {
         std::scoped_lock const lock(mutex_);
-        if (isTimeToLook() && (changes_.haveCome() || !isRead_))
+        if (tick_.hasCome() && (changes_.haveCome() || !isRead_))
             read();
         return volumes_;
     }
 
 private:
-    /// Once in each tick of the kernel's own clock, which is read without a system call.
-    bool isTimeToLook()
-    {
-        timespec now {};
-        if (::clock_gettime(CLOCK_MONOTONIC_COARSE, &now) != 0)
-            return true;
-        bool const isSame = now.tv_sec == lastLook_.tv_sec && now.tv_nsec == lastLook_.tv_nsec;
-        lastLook_ = now;
-        return !isSame;
-    }
-
     void read()
     {
         volumes_.reset();
@@ -113,7 +102,7 @@ private:
 
     std::mutex mutex_;
     MountChanges changes_;
-    timespec lastLook_ {};
+    KernelTick tick_;
     bool isRead_ = false;
     std::shared_ptr<VolumePaths const> volumes_;
 };

@@ -1,6 +1,7 @@
 #include "Freedesktop/Files/FolderWays.h"
 
 #include "Freedesktop/Files/FileDescriptor.h"
+#include "Freedesktop/Files/KernelTick.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -115,15 +116,28 @@ private:
     VolumePaths const& volumes_;
 };
 
-std::string absolutePath(std::string const& path)
+std::string absolutePath(std::string_view path)
 {
-    if (path.starts_with('/'))
-        return path;
-    std::string current(PATH_MAX, '\0');
-    if (!::getcwd(current.data(), current.size()))
-        return '/' + path;
-    current.resize(current.find('\0'));
-    return current + '/' + path;
+    std::string absolute;
+    if (!path.starts_with('/')) {
+        char current[PATH_MAX];
+        if (::getcwd(current, sizeof current))
+            absolute = current;
+        absolute += '/';
+    }
+    return absolute.append(path);
+}
+
+/// The place of a folder without the links on the way to it.
+std::string placeOf(std::string folder, VolumePaths const& volumes)
+{
+    folder.resize(folder.find_last_not_of('/') + 1);
+    if (isPlainWay(folder, volumes))
+        return folder;
+    VolumePaths const none;
+    Walk walk({}, none);
+    walk.follow(std::move(folder));
+    return walk.takePlace();
 }
 
 }
@@ -151,18 +165,27 @@ FolderWays FolderWays::of(int directory)
     return place && place->starts_with('/') ? FolderWays(std::move(*place), std::move(volumes)) : FolderWays();
 }
 
-FolderWays FolderWays::around(std::string const& path)
+std::shared_ptr<FolderWays const> FolderWays::around(std::string const& path)
 {
+    struct Known {
+        std::string folder;
+        std::shared_ptr<VolumePaths const> volumes;
+        std::shared_ptr<FolderWays const> ways;
+        KernelTick tick;
+    };
+    thread_local Known known;
+
     auto volumes = currentDoubtfulVolumes();
     if (!volumes)
-        return {};
-    auto const whole = absolutePath(path);
-    if (isPlainWay(whole, *volumes))
-        return {};
-    VolumePaths const none;
-    Walk walk({}, none);
-    walk.follow(whole.substr(0, whole.rfind('/')));
-    return { walk.takePlace(), std::move(volumes) };
+        return nullptr;
+    auto const folder = std::string_view(path).substr(0, path.rfind('/') + 1);
+    bool const isFresh = !known.tick.hasCome() && known.volumes == volumes;
+    if (!isFresh || known.folder != folder) {
+        known.ways = std::make_shared<FolderWays const>(placeOf(absolutePath(folder), *volumes), volumes);
+        known.folder = folder;
+        known.volumes = std::move(volumes);
+    }
+    return known.ways;
 }
 
 FolderWays FolderWays::below(std::string_view name) const
@@ -204,7 +227,7 @@ std::optional<std::string> FolderWays::volumeBehind(std::string_view name) const
 std::optional<std::string> volumeEntered(std::string const& path)
 {
     auto const ways = FolderWays::around(path);
-    return ways.areHarmless() ? std::nullopt : ways.volumeBehind(path.substr(path.rfind('/') + 1));
+    return ways ? ways->volumeBehind(std::string_view(path).substr(path.rfind('/') + 1)) : std::nullopt;
 }
 
 std::optional<std::string> volumeOnTheWay(std::string const& path)

@@ -24,8 +24,9 @@ public:
     /// Of the folder open as `directory`.
     static FolderWays of(int directory);
 
-    /// Of the folder that holds the item at `path`, at least as far as that item is concerned.
-    static FolderWays around(std::string const& path);
+    /// Of the folder that holds the item at `path`; null where there are no volumes at all. For the items of one folder one
+    /// after the other this costs little.
+    static std::shared_ptr<FolderWays const> around(std::string const& path);
 
     /// Whether nothing need be asked of them.
     bool areHarmless() const { return !volumes_; }

@@ -94,8 +94,7 @@ ResourceValues FreedesktopFileManager::resourceValues(FileURL const& url, Resour
     if (!isSystemPath(url))
         return {};
     auto const ways = FolderWays::around(url.path());
-    return readResourceValues(
-        { AT_FDCWD, url.path().c_str(), url.path(), ways.areHarmless() ? nullptr : &ways }, ItemKind::unknown, keys);
+    return readResourceValues({ AT_FDCWD, url.path().c_str(), url.path(), ways.get() }, ItemKind::unknown, keys);
 }
 
 bool FreedesktopFileManager::fileExists(FileURL const& url) const
@@ -107,7 +106,7 @@ bool FreedesktopFileManager::isNameTaken(FileURL const& url) const
 {
     if (!isSystemPath(url))
         return false;
-    if (FolderWays::around(url.path()).volumeAt(url.lastPathComponent()))
+    if (auto const ways = FolderWays::around(url.path()); ways && ways->volumeAt(url.lastPathComponent()))
         return true;
     struct stat status { };
     return ::fstatat(AT_FDCWD, url.path().c_str(), &status, AT_NO_AUTOMOUNT | AT_SYMLINK_NOFOLLOW) == 0;

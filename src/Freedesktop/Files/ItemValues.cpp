@@ -42,6 +42,14 @@ std::optional<bool> leadsToDirectory(ItemPlace const& place)
     return std::nullopt;
 }
 
+ItemKind readKind(ItemPlace const& place)
+{
+    struct statx status { };
+    int const flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+    bool const isRead = ::statx(place.directory, place.name, flags, STATX_TYPE, &status) == 0;
+    return isRead ? itemKindOfMode(status.stx_mode) : ItemKind::unknown;
+}
+
 /// The values, however long the disk takes.
 ResourceValues readFromDisk(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
 {
@@ -90,11 +98,9 @@ constexpr auto keysOfTarget
 constexpr auto keysOfStatus
     = ResourceKey::contentModificationDate | ResourceKey::fileModificationDate | ResourceKey::fileSize;
 
-/// The volume that has to be asked for the values and may keep silent.
+/// The volume that has to be asked for the values and may keep silent, where some ways are doubtful.
 std::optional<std::string> doubtfulVolume(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
 {
-    if (!place.ways)
-        return std::nullopt;
     bool const mayBeLink = kind == ItemKind::link || kind == ItemKind::unknown;
     if (mayBeLink && keys.containsAny(keysOfTarget))
         return place.ways->volumeBehind(nameOf(place));
@@ -137,6 +143,10 @@ ItemKind itemKindOfEntry(unsigned char entryType)
 
 ResourceValues readResourceValues(ItemPlace const& place, ItemKind kind, ResourceKeys keys)
 {
+    if (!place.ways)
+        return readFromDisk(place, kind, keys);
+    if (kind == ItemKind::unknown && !place.ways->volumeAt(nameOf(place)))
+        kind = readKind(place);
     auto const volume = doubtfulVolume(place, kind, keys);
     if (!volume)
         return readFromDisk(place, kind, keys);

@@ -17,7 +17,7 @@ protected:
             folder.folder(name);
     }
 
-    std::string path(std::string const& name) const { return top + '/' + name; }
+    std::string path(std::string const& name) const { return name == "." ? top : top + '/' + name; }
 
     FolderWays ways(std::vector<std::string> const& volumes, std::string const& place = "menu") const
     {
