@@ -39,8 +39,7 @@ auto const* const ownMounts
 
 constexpr std::uint64_t folderNode = 2;
 constexpr std::uint64_t entryNode = 3;
-constexpr std::string_view entryText
-    = "[Desktop Entry]\nType=Application\nName=Viewer\nExec=viewer\nIcon=marrowick-test-viewer\n";
+constexpr std::string_view entryText = SilentVolume::desktopEntryText;
 
 /// The least that a server of files must say. Everything else it does not know, which is an answer too.
 class Server {

@@ -12,10 +12,10 @@ bool hasOwnMounts();
 /// A volume whose server took the connection and says nothing: whoever asks it for anything waits.
 class SilentVolume {
 public:
-    /// What a server that answers has in the volume: a folder, and a desktop entry that names `icon`.
+    /// What a server that answers has in the volume: a folder, and a desktop entry.
     static constexpr char folder[] = "folder";
     static constexpr char desktopEntry[] = "viewer.desktop";
-    static constexpr char icon[] = "marrowick-test-viewer";
+    static constexpr char desktopEntryText[] = "[Desktop Entry]\nType=Application\nName=Viewer\nIcon=folder\n";
     /// The modification date of all of it, in seconds since 1970.
     static constexpr long modified = 1'000'000'000;
 

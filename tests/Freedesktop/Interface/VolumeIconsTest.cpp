@@ -114,6 +114,13 @@ protected:
         return true;
     }
 
+    void write(std::string const& name, std::string const& text) const
+    {
+        QFile file(QString::fromStdString(path_ + '/' + name));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        file.write(QByteArray::fromStdString(text));
+    }
+
     FoundFileIcon icon(std::string const& name, bool isFolder = false) const
     {
         return findFileIcon(FileURL(path_ + '/' + name, isFolder));
@@ -153,11 +160,7 @@ TEST_F(SilentIconsTest, IsWaitedForOnce)
 
 TEST_F(SilentIconsTest, APictureInItIsNotWaitedFor)
 {
-    QFile entry(QString::fromStdString(path_ + "/own.desktop"));
-    ASSERT_TRUE(entry.open(QFile::WriteOnly));
-    entry.write(
-        QByteArray::fromStdString("[Desktop Entry]\nType=Application\nName=Own\nIcon=" + path_ + "/nas/icon.png\n"));
-    entry.close();
+    write("own.desktop", "[Desktop Entry]\nType=Application\nName=Own\nIcon=" + path_ + "/nas/icon.png\n");
     Rescue const rescue(*volume_);
     EXPECT_EQ(icon("own.desktop").shape, FileShape::application);
 }
@@ -169,6 +172,8 @@ TEST_F(SilentIconsTest, AServerThatAnswersIsHeard)
     EXPECT_TRUE(eventually([&] { return icon("to folder").shape == FileShape::folder; }));
     EXPECT_FALSE(icon("to folder").icon.isNull());
     EXPECT_TRUE(eventually([&] { return icon("link.desktop").shape == FileShape::application; }));
+    write("own.desktop", SilentVolume::desktopEntryText);
+    EXPECT_TRUE(eventually([&] { return areSame(icon("link.desktop").icon, icon("own.desktop").icon); }));
     EXPECT_EQ(icon("to missing").shape, FileShape::document);
 }
 
