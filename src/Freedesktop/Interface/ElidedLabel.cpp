@@ -5,9 +5,11 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QToolTip>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace marrowick {
@@ -28,6 +30,7 @@ ElidedLabel::ElidedLabel(Qt::TextElideMode mode, Tightening tightening, QWidget&
     setTextFormat(Qt::PlainText);
     setAlignment(Qt::AlignCenter);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    line_.setCacheEnabled(true);
 }
 
 void ElidedLabel::setWholeText(QString const& text)
@@ -39,7 +42,9 @@ void ElidedLabel::setWholeText(QString const& text)
 
 QSize ElidedLabel::minimumSizeHint() const
 {
-    return { 0, QLabel::minimumSizeHint().height() };
+    // Letters that the font takes from another one may be higher than its own.
+    qreal const height = line_.lineCount() > 0 ? line_.lineAt(0).height() : 0;
+    return { 0, std::max(fontMetrics().height(), static_cast<int>(std::ceil(height))) };
 }
 
 bool ElidedLabel::event(QEvent* event)
@@ -67,29 +72,58 @@ void ElidedLabel::changeEvent(QEvent* event)
     fit();
 }
 
-QFont ElidedLabel::fittingFont() const
+qreal ElidedLabel::layOut(QString const& text, QFont const& font)
 {
-    int const room = contentsRect().width();
-    int const width = QFontMetrics(font_).horizontalAdvance(whole_);
-    if (tightening_ == Tightening::never || width <= room)
-        return font_;
-    QFont fitting = font_;
-    for (int spacing = std::max(tightest, 100 * room / width); spacing >= tightest; --spacing) {
-        fitting.setLetterSpacing(QFont::PercentageSpacing, spacing);
-        if (QFontMetrics(fitting).horizontalAdvance(whole_) <= room)
-            break;
-    }
-    return fitting;
+    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+    option.setWrapMode(QTextOption::NoWrap);
+    option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    line_.setTextOption(option);
+    line_.setText(text);
+    line_.setFont(font);
+    line_.beginLayout();
+    auto line = line_.createLine();
+    line_.endLayout();
+    return line.isValid() ? line.horizontalAdvance() : 0;
 }
 
 void ElidedLabel::fit()
 {
-    if (auto const fitting = fittingFont(); fitting != font()) {
+    int const room = contentsRect().width();
+    QFont fitting = font_;
+    qreal width = layOut(whole_, fitting);
+    if (tightening_ == Tightening::beforeEliding && width > room) {
+        for (int spacing = std::max(tightest, static_cast<int>(100 * room / width)); spacing >= tightest; --spacing) {
+            fitting.setLetterSpacing(QFont::PercentageSpacing, spacing);
+            width = layOut(whole_, fitting);
+            if (width <= room)
+                break;
+        }
+    }
+    if (fitting != font()) {
         isFitting_ = true;
         setFont(fitting);
         isFitting_ = false;
     }
-    setText(fontMetrics().elidedText(whole_, mode_, contentsRect().width()));
+    if (width > room) {
+        auto const shown = fontMetrics().elidedText(whole_, mode_, room);
+        layOut(shown, fitting);
+        setText(shown);
+    } else {
+        setText(whole_);
+    }
+    update();
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*)
+{
+    if (line_.lineCount() == 0)
+        return;
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    auto const line = line_.lineAt(0);
+    QRectF const room = contentsRect();
+    line_.draw(&painter,
+        { room.x() + (room.width() - line.horizontalAdvance()) / 2, room.y() + (room.height() - line.height()) / 2 });
 }
 
 PressableLabel::PressableLabel(
@@ -116,7 +150,7 @@ void PressableLabel::keyPressEvent(QKeyEvent* event)
 
 void PressableLabel::paintEvent(QPaintEvent* event)
 {
-    QLabel::paintEvent(event);
+    ElidedLabel::paintEvent(event);
     drawFocusFrame(*this);
 }
 

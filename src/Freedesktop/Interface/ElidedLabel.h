@@ -3,6 +3,7 @@
 #include "Freedesktop/Interface/Pressable.h"
 
 #include <QLabel>
+#include <QTextLayout>
 
 #include <functional>
 
@@ -23,20 +24,24 @@ public:
     /// `text` is as it may be shown.
     void setWholeText(QString const& text);
 
+    QSize sizeHint() const override { return minimumSizeHint(); }
     QSize minimumSizeHint() const override;
 
 protected:
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void fit();
-    /// The label's font, or the tightest that the whole text needs.
-    QFont fittingFont() const;
+    /// Makes the one line that is drawn, and answers its width.
+    qreal layOut(QString const& text, QFont const& font);
 
     QString whole_;
     QFont font_;
+    /// The text as it is drawn. Finding the glyphs takes longer than drawing them, so those that were measured are kept.
+    QTextLayout line_;
     Qt::TextElideMode mode_;
     Tightening tightening_;
     bool isFitting_ = false;

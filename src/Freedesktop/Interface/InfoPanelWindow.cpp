@@ -6,15 +6,17 @@
 #include "Freedesktop/Interface/ElidedLabel.h"
 #include "Freedesktop/Interface/KeyButton.h"
 #include "Freedesktop/Interface/TaskbarEntry.h"
+#include "Freedesktop/Interface/TextPane.h"
+#include "Freedesktop/Interface/XcbHandles.h"
 
 #include <QApplication>
 #include <QCursor>
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QHBoxLayout>
-#include <QPlainTextEdit>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -65,7 +67,8 @@ void setTextColour(QWidget& label, QColor const& colour)
 
 QRect screenInUse()
 {
-    auto const* screen = QGuiApplication::screenAt(QCursor::pos());
+    // Where there is only one it is not worth asking the display for the pointer.
+    auto const* screen = QGuiApplication::screens().size() > 1 ? QGuiApplication::screenAt(QCursor::pos()) : nullptr;
     if (!screen)
         screen = QGuiApplication::primaryScreen();
     return screen ? screen->availableGeometry() : QRect();
@@ -90,7 +93,7 @@ InfoPanelWindow::InfoPanelWindow(InfoPanelHandlers handlers)
     , detail_(new ElidedLabel(Qt::ElideRight, ElidedLabel::Tightening::beforeEliding, *this))
     , path_(new PressableLabel(
           Qt::ElideLeft, ElidedLabel::Tightening::beforeEliding, [this] { handlers_.pathDoubleClicked(); }, *this))
-    , preview_(new QPlainTextEdit(this))
+    , preview_(new TextPane(*this))
 {
     // The program does not end with its windows.
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -99,13 +102,6 @@ InfoPanelWindow::InfoPanelWindow(InfoPanelHandlers handlers)
     icon_->setAccessibleDescription(QStringLiteral("Opens the file"));
     path_->setAccessibleDescription(QStringLiteral("Copies the path"));
     preview_->setAccessibleName(QStringLiteral("Beginning of the text"));
-    preview_->setReadOnly(true);
-    // A reader of the screen follows the cursor.
-    preview_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    preview_->setTabChangesFocus(true);
-    preview_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    preview_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    preview_->setUndoRedoEnabled(false);
     preview_->setFixedHeight(previewHeight);
     preview_->hide();
     applyFonts();
@@ -174,24 +170,38 @@ void InfoPanelWindow::changeEvent(QEvent* event)
 void InfoPanelWindow::setName(std::string const& name)
 {
     auto const shown = displayText(name);
-    name_->setWholeText(shown);
     setWindowTitle(windowTitleText(QStringLiteral("%1 Info").arg(shown)));
+    fill([this, shown] { name_->setWholeText(shown); });
 }
 
 void InfoPanelWindow::setDetail(std::string const& detail)
 {
-    detail_->setWholeText(displayText(detail));
+    fill([this, shown = displayText(detail)] { detail_->setWholeText(shown); });
 }
 
 void InfoPanelWindow::setPath(std::string const& path)
 {
-    path_->setWholeText(displayText(path));
+    fill([this, shown = displayText(path)] { path_->setWholeText(shown); });
 }
 
 void InfoPanelWindow::setPreview(std::optional<std::string> const& text)
 {
-    preview_->setPlainText(exactText(text.value_or(std::string())));
     preview_->setVisible(text.has_value());
+    fill([this, shown = exactText(text.value_or(std::string()))] { preview_->setWholeText(shown); });
+}
+
+void InfoPanelWindow::fill(std::function<void()> part)
+{
+    if (isVisible())
+        part();
+    else
+        unfilled_.push_back(std::move(part));
+}
+
+void InfoPanelWindow::fillEverything()
+{
+    for (auto const& part : std::exchange(unfilled_, {}))
+        part();
 }
 
 void InfoPanelWindow::setIcon(Bitmap const& icon)
@@ -211,6 +221,9 @@ void InfoPanelWindow::dragIcon(FileURL const& url)
 
 void InfoPanelWindow::show()
 {
+    // While the toolkit has not heard of the hiding it takes the window for shown, and asks for the keyboard too early.
+    if (!isVisible() && windowHandle() && windowHandle()->isExposed())
+        QWidget::close();
     layout()->activate();
     setFixedSize(layout()->minimumSize().expandedTo(contentSize));
     move(screenInUse().center() - rect().center());
@@ -221,11 +234,16 @@ void InfoPanelWindow::show()
     showNormal();
     raise();
     takeKeys();
+    // Nothing is painted before this returns. Meanwhile the display and the window manager make room for the window.
+    if (auto* const connection = xcbConnection())
+        xcb_flush(connection);
+    fillEverything();
 }
 
 void InfoPanelWindow::close()
 {
-    QWidget::close();
+    // A window that is closed gives up what the display knows of it, and has to tell all of it anew.
+    hide();
 }
 
 void InfoPanelWindow::takeKeys()

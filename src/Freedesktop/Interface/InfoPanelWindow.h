@@ -4,13 +4,15 @@
 
 #include <QWidget>
 
-class QPlainTextEdit;
+#include <functional>
+#include <vector>
 
 namespace marrowick {
 
 class DraggableIcon;
 class ElidedLabel;
 class PressableLabel;
+class TextPane;
 
 /// The Info window: a small tool window above the others, which closing only hides.
 class InfoPanelWindow final : public QWidget, public InfoPanel {
@@ -36,6 +38,9 @@ private:
     void layOut();
     void applyFonts();
     void applyColours();
+    /// Puts something into the window, at once or when it is shown the next time.
+    void fill(std::function<void()> part);
+    void fillEverything();
     /// Asks for the keyboard, at once or when the last menu has closed.
     void takeKeys();
     void waitForMenus(bool waits);
@@ -45,7 +50,8 @@ private:
     ElidedLabel* name_;
     ElidedLabel* detail_;
     PressableLabel* path_;
-    QPlainTextEdit* preview_;
+    TextPane* preview_;
+    std::vector<std::function<void()>> unfilled_;
     bool isWaitingForMenus_ = false;
 };
 

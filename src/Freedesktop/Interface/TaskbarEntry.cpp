@@ -14,11 +14,11 @@ void leaveOutOfTaskbars(QWidget& window)
     if (!connection)
         return;
     // Most panels list tool windows unless they say that they do not want it. The toolkit keeps what it finds here when
-    // it adds states of its own.
+    // it adds states of its own. What an earlier showing has left, where no window manager took it away, is replaced.
     static std::array const states { xcbAtom("_NET_WM_STATE_SKIP_TASKBAR"), xcbAtom("_NET_WM_STATE_SKIP_PAGER") };
     static auto const property = xcbAtom("_NET_WM_STATE");
     constexpr std::uint8_t bitsOfAtom = 32;
-    xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window.winId()), property,
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()), property,
         XCB_ATOM_ATOM, bitsOfAtom, static_cast<std::uint32_t>(states.size()), states.data());
 }
 
