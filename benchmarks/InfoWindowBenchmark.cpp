@@ -1,5 +1,6 @@
 #include "BenchmarkServices.h"
 
+#include "Platform/InfoPanel.h"
 #include "Platform/Platform.h"
 #include "UI/InfoWindowController.h"
 
@@ -15,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <chrono>
+#include <ctime>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -53,28 +55,70 @@ private:
     QWidget* painted_ = nullptr;
 };
 
-/// Lets the window disappear and everything come to rest that was begun for it.
-void hideAndRest(QWidget& window)
+double processorSeconds()
 {
-    window.close();
-    auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds(30);
+    timespec time {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+/// Serves events until nothing that was begun goes on any more.
+void rest()
+{
+    constexpr auto span = std::chrono::milliseconds(25);
+    constexpr double idle = 0.002;
     QTimer ticks;
     ticks.start(std::chrono::milliseconds(5));
-    while (std::chrono::steady_clock::now() < end)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    for (auto before = processorSeconds();; before = processorSeconds()) {
+        auto const end = std::chrono::steady_clock::now() + span;
+        while (std::chrono::steady_clock::now() < end)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        if (processorSeconds() - before < idle)
+            return;
+    }
+}
+
+/// As the user of the window closes it.
+void close(QWidget& window)
+{
+    if (auto* const panel = dynamic_cast<InfoPanel*>(&window))
+        panel->close();
+    else
+        window.close();
+}
+
+QLabel* makeLabel(QWidget& window, int pixels, bool isBold)
+{
+    auto* const label = new QLabel(&window);
+    auto font = label->font();
+    font.setPixelSize(pixels);
+    font.setBold(isBold);
+    label->setFont(font);
+    return label;
 }
 
 /// The widgets of the Info window with nothing in them.
 std::unique_ptr<QWidget> makeEmptyWindow()
 {
-    auto window = std::make_unique<QWidget>(nullptr, Qt::Tool | Qt::WindowStaysOnTopHint);
+    auto window = std::make_unique<QWidget>(nullptr,
+        Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint
+            | Qt::WindowStaysOnTopHint);
     auto* const column = new QVBoxLayout(window.get());
-    for (int label = 0; label < 4; ++label)
-        column->addWidget(new QLabel(window.get()));
-    column->addWidget(new QPlainTextEdit(window.get()));
+    auto* const icon = new QLabel(window.get());
+    icon->setFixedSize(96, 96);
+    column->addWidget(icon, 0, Qt::AlignHCenter);
+    for (auto const& [pixels, isBold] : { std::pair { 15, true }, { 11, false }, { 10, false } })
+        column->addWidget(makeLabel(*window, pixels, isBold));
+    auto* const text = new QPlainTextEdit(window.get());
+    text->setFixedHeight(140);
+    column->addWidget(text);
     auto* const buttons = new QHBoxLayout;
-    for (int button = 0; button < 4; ++button)
-        buttons->addWidget(new QPushButton(window.get()));
+    for (auto const* title : { "Trash", "Reveal", "Get Info", "Dismiss" }) {
+        auto* const button = new QPushButton(QString::fromLatin1(title), window.get());
+        button->setAutoDefault(false);
+        button->setMinimumWidth(button->fontMetrics().horizontalAdvance(button->text()) + 16);
+        buttons->addWidget(button);
+    }
     column->addLayout(buttons);
     window->setFixedSize(340, 420);
     return window;
@@ -92,7 +136,8 @@ void measure(benchmark::State& state, std::function<void()> const& show)
             break;
         }
         state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-        hideAndRest(*window);
+        close(*window);
+        rest();
     }
 }
 
@@ -104,23 +149,29 @@ void registerWindow(std::string const& name, std::function<void()> show)
         ->Unit(benchmark::kMillisecond);
 }
 
+/// Two items of a kind, shown in turn: nothing of one is left over for the other.
+struct Items {
+    FileURL first;
+    FileURL second;
+};
+
 /// A text with more than the window shows.
-std::string writeText(QTemporaryDir const& folder)
+FileURL writeText(QTemporaryDir const& folder, std::string const& writer)
 {
-    auto const path = folder.filePath(QStringLiteral("A text of some length.txt")).toStdString();
+    auto const path = folder.path().toStdString() + "/A text of " + writer + ".txt";
     std::ofstream stream(path);
     for (int line = 0; line < 2'000; ++line)
-        stream << "Line " << line << " of a text that somebody has written.\n";
-    return path;
+        stream << "Line " << line << " of a text that " << writer << " has written.\n";
+    return FileURL(path);
 }
 
-std::string writePicture(QTemporaryDir const& folder)
+FileURL writePicture(QTemporaryDir const& folder, QString const& name, Qt::GlobalColor colour)
 {
-    auto const path = folder.filePath(QStringLiteral("A picture.png"));
+    auto const path = folder.filePath(name);
     QImage picture(3'000, 2'000, QImage::Format_RGB32);
-    picture.fill(Qt::darkCyan);
+    picture.fill(colour);
     picture.save(path);
-    return path.toStdString();
+    return FileURL(path.toStdString());
 }
 
 }
@@ -136,14 +187,20 @@ int main(int argc, char** argv)
     PlatformScope const scope(std::move(services));
     QTemporaryDir const folder;
     auto const empty = makeEmptyWindow();
+    Items const texts { writeText(folder, "somebody"), writeText(folder, "another one") };
+    Items const pictures { writePicture(folder, QStringLiteral("A picture.png"), Qt::darkCyan),
+        writePicture(folder, QStringLiteral("Another one.png"), Qt::darkRed) };
     registerWindow("info empty", [&empty] {
         empty->show();
         empty->raise();
         empty->activateWindow();
     });
-    for (auto const& [what, path] : { std::pair { "text", writeText(folder) }, { "picture", writePicture(folder) } })
-        registerWindow(
-            std::string("info marrowick/") + what, [url = FileURL(path)] { InfoWindowController::shared().show(url); });
+    for (auto const& [what, items] : { std::pair { "text", texts }, { "picture", pictures } }) {
+        registerWindow(std::string("info marrowick/") + what, [items = items, isFirst = false]() mutable {
+            isFirst = !isFirst;
+            InfoWindowController::shared().show(isFirst ? items.first : items.second);
+        });
+    }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
