@@ -10,6 +10,7 @@
 #include <QPixmap>
 #include <QPointer>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <sys/stat.h>
 
@@ -114,7 +115,15 @@ FreedesktopThumbnails::~FreedesktopThumbnails()
 void FreedesktopThumbnails::generate(
     FileURL const& url, int pointSize, double scale, std::function<void(std::optional<Bitmap>)> done)
 {
-    lookIntoCache(std::make_shared<Request>(Request { url, pointSize, scale, std::move(done) }));
+    auto const request = std::make_shared<Request>(Request { url, pointSize, scale, std::move(done) });
+    // What is about to be painted goes first: a timer without delay waits for every event that has come.
+    auto* const timer = new QTimer(&context_);
+    timer->setSingleShot(true);
+    QObject::connect(timer, &QTimer::timeout, &context_, [this, timer, request] {
+        timer->deleteLater();
+        lookIntoCache(request);
+    });
+    timer->start(0);
 }
 
 void FreedesktopThumbnails::lookIntoCache(std::shared_ptr<Request> const& request)
