@@ -78,15 +78,6 @@ void rest()
     }
 }
 
-/// As the user of the window closes it.
-void close(QWidget& window)
-{
-    if (auto* const panel = dynamic_cast<InfoPanel*>(&window))
-        panel->close();
-    else
-        window.close();
-}
-
 QLabel* makeLabel(QWidget& window, int pixels, bool isBold)
 {
     auto* const label = new QLabel(&window);
@@ -124,27 +115,36 @@ std::unique_ptr<QWidget> makeEmptyWindow()
     return window;
 }
 
-void measure(benchmark::State& state, std::function<void()> const& show)
+/// A window and the ways to show it and to take it away.
+struct Case {
+    std::string name;
+    std::function<void()> show;
+    std::function<void(QWidget& window)> close;
+};
+
+void measure(benchmark::State& state, Case const& shown)
 {
     for (auto _ : state) {
         auto const start = std::chrono::steady_clock::now();
         WindowPaint paint;
-        show();
+        shown.show();
         auto* const window = paint.wait();
         if (!window) {
             state.SkipWithError("no window was painted");
             break;
         }
         state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-        close(*window);
+        rest();
+        shown.close(*window);
         rest();
     }
 }
 
-void registerWindow(std::string const& name, std::function<void()> show)
+void registerCase(Case shown)
 {
+    auto const name = shown.name;
     benchmark::RegisterBenchmark(
-        name.c_str(), [show = std::move(show)](benchmark::State& state) { measure(state, show); })
+        name.c_str(), [shown = std::move(shown)](benchmark::State& state) { measure(state, shown); })
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);
 }
@@ -190,16 +190,22 @@ int main(int argc, char** argv)
     Items const texts { writeText(folder, "somebody"), writeText(folder, "another one") };
     Items const pictures { writePicture(folder, QStringLiteral("A picture.png"), Qt::darkCyan),
         writePicture(folder, QStringLiteral("Another one.png"), Qt::darkRed) };
-    registerWindow("info empty", [&empty] {
+    auto const showEmpty = [&empty] {
         empty->show();
         empty->raise();
         empty->activateWindow();
-    });
+    };
+    // A window that the display does not know yet, as an opened one is, and one that was only out of sight.
+    registerCase({ "info empty", showEmpty, [](QWidget& window) { window.close(); } });
+    registerCase({ "info empty/hidden", showEmpty, [](QWidget& window) { window.hide(); } });
     for (auto const& [what, items] : { std::pair { "text", texts }, { "picture", pictures } }) {
-        registerWindow(std::string("info marrowick/") + what, [items = items, isFirst = false]() mutable {
+        auto const show = [items = items, isFirst = false]() mutable {
             isFirst = !isFirst;
             InfoWindowController::shared().show(isFirst ? items.first : items.second);
-        });
+        };
+        // As its user closes it.
+        auto const close = [](QWidget& window) { dynamic_cast<InfoPanel&>(window).close(); };
+        registerCase({ std::string("info marrowick/") + what, show, close });
     }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
