@@ -218,6 +218,27 @@ class Folder(PreferencesCase):
                  "the chosen folder to be watched")
         self.assertEqual(self.open_menu().titles()[:2], ["Later", "Plans"])
 
+    def test_TheDialogStartsInTheFolderAndCreatesOthers(self):
+        self.run_with("notes.txt")
+        window = self.open_window()
+        window.control("Choose…", "push button").act("Press")
+        dialog = self.dialog()
+
+        def creator():
+            return [each for each in descendants(dialog)
+                    if each.role() == "push button" and each.name() == "Create New Folder"]
+
+        wait_for(creator, "the button that creates a folder")[0].act("Press")
+        wait_for((self.items / "New Folder").is_dir, "a folder in the one that the dialog starts in")
+        # Its name is being edited.
+        subprocess.run(["xdotool", "type", "Drafts"], check=True, timeout=60)
+        self.screen.key("Return")
+        wait_for((self.items / "Drafts").is_dir, "the folder to get its name")
+        self.assertFalse((self.items / "New Folder").exists())
+        self.screen.key("Escape")
+        window.wait_until_open()
+        self.assertEqual(stored("itemsFolderPath"), "")
+
     def test_CancellingChangesNothing(self):
         self.run_with("notes.txt")
         window = self.open_window()
