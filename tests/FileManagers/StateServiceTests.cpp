@@ -106,6 +106,18 @@ TEST_F(StateServiceTest, EndsBeforeTheBusAnswered)
     EXPECT_FALSE(asker_.isOwned(plainName));
 }
 
+TEST_F(StateServiceTest, AnEarlyEndLeavesTheBusToOthers)
+{
+    for (int i = 0; i < 20; ++i) {
+        start([] { return std::vector<WindowState> {}; });
+        service_.reset();
+        start([] { return std::vector<WindowState> {}; });
+        ASSERT_TRUE(waitFor([&] { return asker_.isOwned(plainName); }));
+        service_.reset();
+        ASSERT_TRUE(waitFor([&] { return !asker_.isOwned(plainName); }));
+    }
+}
+
 TEST_F(StateServiceTest, OtherMethodsAreErrors)
 {
     start([] { return std::vector<WindowState> {}; });

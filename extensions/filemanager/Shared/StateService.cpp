@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <memory>
 #include <utility>
 
 namespace marrowick::companion {
@@ -46,16 +47,17 @@ GVariant* answerOf(std::vector<WindowState> const& windows)
 StateService::StateService(std::string fileManager, Question question)
     : fileManager_(std::move(fileManager))
     , question_(std::move(question))
-    , cancellable_(g_cancellable_new())
+    , asker_(new Asker { this })
 {
-    // The file manager starts up meanwhile.
-    g_bus_get(G_BUS_TYPE_SESSION, cancellable_, busAcquired, this);
+    // The file manager starts up meanwhile. The question is never cancelled: the connection is the whole process's, and
+    // one that was cancelled while it was made fails for all who wait for it.
+    g_bus_get(G_BUS_TYPE_SESSION, nullptr, busAcquired, asker_);
 }
 
 StateService::~StateService()
 {
-    g_cancellable_cancel(cancellable_);
-    g_object_unref(cancellable_);
+    if (asker_)
+        asker_->service = nullptr;
     for (auto const name : names_)
         g_bus_unown_name(name);
     if (registration_ != 0)
@@ -63,18 +65,21 @@ StateService::~StateService()
     g_clear_object(&connection_);
 }
 
-void StateService::busAcquired(GObject*, GAsyncResult* result, void* self)
+void StateService::busAcquired(GObject*, GAsyncResult* result, void* asker)
 {
+    std::unique_ptr<Asker> const asked(static_cast<Asker*>(asker));
     GError* error = nullptr;
     auto* const connection = g_bus_get_finish(result, &error);
-    if (connection) {
-        guarded([&] { static_cast<StateService*>(self)->serve(connection); });
-        return;
+    if (auto* const service = asked->service) {
+        service->asker_ = nullptr;
+        if (connection)
+            guarded([&] { service->serve(connection); });
+        else
+            g_message("Marrowick: no session bus: %s", error->message);
+    } else if (connection) {
+        g_object_unref(connection);
     }
-    // Where it was cancelled, this object is gone.
-    if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
-        g_message("Marrowick: no session bus: %s", error->message);
-    g_error_free(error);
+    g_clear_error(&error);
 }
 
 void StateService::serve(GDBusConnection* connection)

@@ -23,7 +23,12 @@ public:
     StateService& operator=(StateService const&) = delete;
 
 private:
-    static void busAcquired(GObject* source, GAsyncResult* result, void* self);
+    /// Whom the bus is asked for; null once that has ended.
+    struct Asker {
+        StateService* service;
+    };
+
+    static void busAcquired(GObject* source, GAsyncResult* result, void* asker);
     static void nameLost(GDBusConnection* connection, char const* name, void* self);
     static void methodCalled(GDBusConnection* connection, char const* sender, char const* path, char const* interface,
         char const* method, GVariant* arguments, GDBusMethodInvocation* invocation, void* self);
@@ -33,7 +38,8 @@ private:
 
     std::string fileManager_;
     Question question_;
-    GCancellable* cancellable_;
+    /// Null when the bus has answered.
+    Asker* asker_;
     GDBusConnection* connection_ = nullptr;
     guint registration_ = 0;
     /// What GLib calls the names that were asked for.
