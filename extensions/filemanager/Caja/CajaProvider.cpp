@@ -2,11 +2,11 @@
 
 #include "Gtk3/Windows.h"
 #include "Shared/Companion.h"
-#include "Shared/ExtensionMenu.h"
 #include "Shared/GLib.h"
 #include "Shared/Guarded.h"
 #include "Shared/Locations.h"
 #include "Shared/MenuRefresh.h"
+#include "Shared/ModuleMenus.h"
 #include "Shared/ProviderType.h"
 #include "Shared/Report.h"
 
@@ -32,6 +32,7 @@ struct CajaMenus {
     static Menu* makeMenu() { return caja_menu_new(); }
     static void setMenu(Item* item, Menu* menu) { caja_menu_item_set_submenu(item, menu); }
     static void append(Menu* menu, Item* item) { caja_menu_append_item(menu, item); }
+    static char* uriOf(void* file) { return caja_file_info_get_uri(CAJA_FILE_INFO(file)); }
 };
 
 /// Functions of the program itself, which it exports although it says so nowhere. They tell of the active one of a
@@ -90,15 +91,7 @@ Extension* extension = nullptr;
 
 GList* fileItems(CajaMenuProvider* provider, GtkWidget*, GList* files)
 {
-    return guarded(static_cast<GList*>(nullptr), [&]() -> GList* {
-        if (!extension)
-            return nullptr;
-        extension->refresh.wasAsked(provider);
-        std::vector<std::string> uris;
-        for (GList* link = files; link; link = link->next)
-            uris.push_back(taken(caja_file_info_get_uri(CAJA_FILE_INFO(link->data))));
-        return ExtensionMenu<CajaMenus>::make(extension->companion.menu, std::move(uris));
-    });
+    return menuItems<CajaMenus>(extension, provider, files);
 }
 
 void implementMenus(void* interface, void*)

@@ -2,10 +2,10 @@
 
 #include "Nautilus/Windows.h"
 #include "Shared/Companion.h"
-#include "Shared/ExtensionMenu.h"
 #include "Shared/GLib.h"
 #include "Shared/Guarded.h"
 #include "Shared/MenuRefresh.h"
+#include "Shared/ModuleMenus.h"
 #include "Shared/ProviderType.h"
 
 #include <gtk/gtk.h>
@@ -51,6 +51,7 @@ struct NautilusMenus {
         nautilus_menu_item_set_submenu(item, menu);
     }
     static void append(Menu* menu, Item* item) { nautilus_menu_append_item(menu, item); }
+    static char* uriOf(void* file) { return nautilus_file_info_get_uri(NAUTILUS_FILE_INFO(file)); }
 };
 
 bool fill(GtkWidget* window, WindowState& state)
@@ -92,15 +93,7 @@ Extension* extension = nullptr;
 
 GList* fileItems(NautilusMenuProvider* provider, GList* files)
 {
-    return guarded(static_cast<GList*>(nullptr), [&]() -> GList* {
-        if (!extension)
-            return nullptr;
-        extension->refresh.wasAsked(provider);
-        std::vector<std::string> uris;
-        for (GList* link = files; link; link = link->next)
-            uris.push_back(taken(nautilus_file_info_get_uri(NAUTILUS_FILE_INFO(link->data))));
-        return ExtensionMenu<NautilusMenus>::make(extension->companion.menu, std::move(uris));
-    });
+    return menuItems<NautilusMenus>(extension, provider, files);
 }
 
 void implementMenus(void* interface, void*)

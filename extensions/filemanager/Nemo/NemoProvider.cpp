@@ -3,10 +3,10 @@
 #include "Gtk3/Windows.h"
 #include "Nemo/Selection.h"
 #include "Shared/Companion.h"
-#include "Shared/ExtensionMenu.h"
 #include "Shared/GLib.h"
 #include "Shared/Guarded.h"
 #include "Shared/MenuRefresh.h"
+#include "Shared/ModuleMenus.h"
 #include "Shared/ProviderType.h"
 #include "Shared/Report.h"
 
@@ -36,6 +36,7 @@ struct NemoMenus {
     static Menu* makeMenu() { return nemo_menu_new(); }
     static void setMenu(Item* item, Menu* menu) { nemo_menu_item_set_submenu(item, menu); }
     static void append(Menu* menu, Item* item) { nemo_menu_append_item(menu, item); }
+    static char* uriOf(void* file) { return nemo_file_info_get_uri(NEMO_FILE_INFO(file)); }
 };
 
 /// Looks for the location widget that this extension made in the slot; the first one that has a folder ends the search.
@@ -82,15 +83,7 @@ Extension* extension = nullptr;
 
 GList* fileItems(NemoMenuProvider* provider, GtkWidget*, GList* files)
 {
-    return guarded(static_cast<GList*>(nullptr), [&]() -> GList* {
-        if (!extension)
-            return nullptr;
-        extension->refresh.wasAsked(provider);
-        std::vector<std::string> uris;
-        for (GList* link = files; link; link = link->next)
-            uris.push_back(taken(nemo_file_info_get_uri(NEMO_FILE_INFO(link->data))));
-        return ExtensionMenu<NemoMenus>::make(extension->companion.menu, std::move(uris));
-    });
+    return menuItems<NemoMenus>(extension, provider, files);
 }
 
 void implementMenus(void* interface, void*)

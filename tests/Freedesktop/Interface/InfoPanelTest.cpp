@@ -1,22 +1,14 @@
-#include "Freedesktop/Interface/InfoPanelWindow.h"
+#include "Freedesktop/Interface/InfoPanelFixture.h"
 
 #include "Freedesktop/Interface/Bitmaps.h"
-#include "Freedesktop/Interface/DraggableIcon.h"
-#include "Freedesktop/Interface/ElidedLabel.h"
-#include "Freedesktop/Interface/KeyButton.h"
-#include "Freedesktop/Interface/SessionSupport.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QFontInfo>
-#include <QHelpEvent>
 #include <QMenu>
-#include <QPlainTextEdit>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTimer>
-#include <QToolTip>
-#include <QWindow>
 
 #include <gmock/gmock.h>
 
@@ -27,105 +19,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// The panel on a display without a window manager, with a real keyboard and mouse.
-class InfoPanelTest : public testing::Test {
-protected:
-    InfoPanelTest()
-        : panel_(std::make_unique<InfoPanelWindow>(handlers()))
-    {
-        panel_->setName("notes.txt");
-        panel_->setDetail("12 bytes • text");
-        panel_->setPath("/home/somebody/notes.txt");
-        panel_->setPreview("one\ntwo\n");
-    }
-
-    InfoPanelHandlers handlers()
-    {
-        auto const button = [this](char const* title, char key) {
-            return PushButton { title, key, [this, title] { pressed_.emplace_back(title); } };
-        };
-        return { { button("Trash", 127), button("Reveal", 'r'), button("Get Info", 'i'), button("Dismiss", 27) },
-            [this](int clickCount) { pressed_.push_back("icon " + std::to_string(clickCount)); },
-            [this] { pressed_.emplace_back("path"); } };
-    }
-
-    void show()
-    {
-        panel_->show();
-        ASSERT_TRUE(waitFor([this] { return panel_->windowHandle()->isExposed() && panel_->isActiveWindow(); }));
-    }
-
-    bool waitForPress(std::string const& what)
-    {
-        return waitFor([&] { return !pressed_.empty() && pressed_.back() == what; });
-    }
-
-    /// Presses a key, and another one behind it, so that whatever the first one does has been done.
-    std::vector<std::string> pressesOf(char const* key)
-    {
-        pressed_.clear();
-        xdotool(QStringLiteral("key ") + QLatin1String(key));
-        xdotool(QStringLiteral("key r"));
-        EXPECT_TRUE(waitForPress("Reveal")) << key;
-        auto presses = pressed_;
-        presses.pop_back();
-        return presses;
-    }
-
-    static void click(QWidget const& widget, QPoint offset = {}, int times = 1)
-    {
-        auto const place = widget.mapToGlobal(widget.rect().center()) + offset;
-        xdotool(
-            QStringLiteral("mousemove %1 %2 click --repeat %3 --delay 20 1").arg(place.x()).arg(place.y()).arg(times));
-    }
-
-    static QString toolTipOf(QWidget& widget)
-    {
-        auto const place = widget.rect().center();
-        QHelpEvent asked(QEvent::ToolTip, place, widget.mapToGlobal(place));
-        QCoreApplication::sendEvent(&widget, &asked);
-        return QToolTip::text();
-    }
-
-    template<typename T>
-    T& only() const
-    {
-        auto const found = panel_->findChildren<QWidget*>();
-        for (auto* const each : found) {
-            if (auto* const wanted = dynamic_cast<T*>(each))
-                return *wanted;
-        }
-        throw std::runtime_error("no such widget");
-    }
-
-    QList<ElidedLabel*> labels() const
-    {
-        QList<ElidedLabel*> found;
-        for (auto* const each : panel_->findChildren<QLabel*>()) {
-            if (auto* const label = dynamic_cast<ElidedLabel*>(each))
-                found.append(label);
-        }
-        return found;
-    }
-
-    ElidedLabel& name() const { return *labels().at(0); }
-    ElidedLabel& detail() const { return *labels().at(1); }
-    PressableLabel& path() const { return only<PressableLabel>(); }
-    DraggableIcon& icon() const { return only<DraggableIcon>(); }
-    QPlainTextEdit& preview() const { return only<QPlainTextEdit>(); }
-
-    QList<KeyButton*> buttons() const
-    {
-        QList<KeyButton*> found;
-        for (auto* const each : panel_->findChildren<QPushButton*>())
-            found.append(dynamic_cast<KeyButton*>(each));
-        return found;
-    }
-
-    std::vector<std::string> pressed_;
-    std::unique_ptr<InfoPanelWindow> panel_;
-};
 
 TEST_F(InfoPanelTest, IsAFloatingToolWindowOfOneSizeInTheMiddleOfTheScreen)
 {
@@ -344,132 +237,6 @@ TEST_F(InfoPanelTest, ThePreviewIsHiddenWhereThereIsNone)
     panel_->setPreview(std::nullopt);
     EXPECT_FALSE(preview().isVisible());
     EXPECT_EQ(panel_->size(), QSize(340, 420));
-}
-
-/// `count` lines that no other `word` has.
-std::string linesOf(std::string const& word, int count)
-{
-    std::string text;
-    for (int line = 0; line < count; ++line)
-        text += word + " " + std::to_string(line) + "\n";
-    return text;
-}
-
-TEST_F(InfoPanelTest, OfALongTextTheRowsThatAreSeenAreThereBeforeTheFirstPainting)
-{
-    auto const oneParagraph = std::string(4'000, 'm');
-    for (auto const& text : { linesOf("row", 200), oneParagraph }) {
-        panel_->setPreview(text);
-        panel_->show();
-        auto const atOnce = preview().toPlainText().toStdString();
-        EXPECT_TRUE(text.starts_with(atOnce));
-        EXPECT_LT(atOnce.size(), text.size());
-        EXPECT_GT(preview().verticalScrollBar()->maximum(), 0);
-        EXPECT_TRUE(waitFor([&] { return preview().toPlainText().toStdString() == text; }));
-        EXPECT_EQ(preview().verticalScrollBar()->value(), 0);
-        EXPECT_EQ(preview().textCursor().position(), 0);
-        panel_->close();
-    }
-}
-
-TEST_F(InfoPanelTest, TheFirstPaintingShowsWhatTheWholeTextShows)
-{
-    auto const text = linesOf("a row of some length, so that not every one fits into the window", 60);
-    panel_->setPreview(text);
-    panel_->show();
-    // The scroll bar comes with an event.
-    QCoreApplication::sendPostedEvents();
-    ASSERT_LT(preview().toPlainText().size(), text.size());
-    auto const before = preview().viewport()->grab().toImage();
-    ASSERT_TRUE(waitFor([&] { return preview().toPlainText().toStdString() == text; }));
-    EXPECT_EQ(preview().viewport()->grab().toImage(), before);
-}
-
-TEST_F(InfoPanelTest, TheRestOfATextDoesNotComeBehindAnotherOne)
-{
-    show();
-    bool isServed = false;
-    panel_->setPreview(linesOf("first", 200));
-    panel_->setPreview("second");
-    QTimer::singleShot(300, panel_.get(), [&] { isServed = true; });
-    EXPECT_TRUE(waitFor([&] { return isServed || preview().toPlainText() != QStringLiteral("second"); }));
-    EXPECT_EQ(preview().toPlainText(), QStringLiteral("second"));
-    auto const third = linesOf("third", 200);
-    panel_->setPreview(linesOf("second", 200));
-    panel_->setPreview(third);
-    EXPECT_TRUE(waitFor([&] { return preview().toPlainText().toStdString() == third; }));
-}
-
-TEST_F(InfoPanelTest, ATextIsCompleteAlsoWhereNothingOfItIsPainted)
-{
-    auto const text = linesOf("row", 200);
-    show();
-    panel_->close();
-    panel_->setPreview(text);
-    panel_->show();
-    panel_->close();
-    EXPECT_TRUE(waitFor([&] { return preview().toPlainText().toStdString() == text; }));
-}
-
-TEST_F(InfoPanelTest, LettersThatArePutTogetherAreShaped)
-{
-    show();
-    auto const shapes = [this] { return !(preview().font().styleStrategy() & QFont::PreferNoShaping); };
-    for (auto const& [text, isShaped] : { std::pair { "plain, caf\u00e9", false }, { "cafe\u0301", true },
-             { "plain", false }, { "\u0646\u0635", true } }) {
-        panel_->setPreview(text);
-        EXPECT_EQ(shapes(), isShaped) << text;
-        EXPECT_EQ(preview().toPlainText(), QString::fromUtf8(text));
-        EXPECT_TRUE(QFontInfo(preview().font()).fixedPitch());
-    }
-}
-
-TEST_F(InfoPanelTest, WhatWasSetWhileItWasClosedIsThereWhenItIsShown)
-{
-    show();
-    panel_->close();
-    panel_->setName("other.txt");
-    panel_->setDetail("a detail");
-    panel_->setPath("/other.txt");
-    panel_->setPreview("other");
-    show();
-    EXPECT_EQ(panel_->windowTitle(), QStringLiteral("other.txt Info"));
-    EXPECT_EQ(name().text(), QStringLiteral("other.txt"));
-    EXPECT_EQ(name().accessibleName(), QStringLiteral("other.txt"));
-    EXPECT_EQ(detail().text(), QStringLiteral("a detail"));
-    EXPECT_EQ(path().text(), QStringLiteral("/other.txt"));
-    EXPECT_EQ(preview().toPlainText(), QStringLiteral("other"));
-}
-
-TEST_F(InfoPanelTest, ALargerFontLeavesOutMoreOfALongName)
-{
-    auto const whole = "The beginning " + std::string(200, 'x') + " the end.txt";
-    panel_->setName(whole);
-    show();
-    auto const before = name().text();
-    auto larger = name().font();
-    larger.setPixelSize(larger.pixelSize() * 2);
-    name().setFont(larger);
-    EXPECT_LT(name().text().size(), before.size());
-    EXPECT_LE(name().fontMetrics().horizontalAdvance(name().text()), name().width());
-    name().resize(name().width() / 2, name().height());
-    EXPECT_LE(name().fontMetrics().horizontalAdvance(name().text()), name().width());
-}
-
-TEST_F(InfoPanelTest, LabelsArePaintedAsTheToolkitPaintsThem)
-{
-    panel_->setPath("/\u05d0\u05d1 and some letters");
-    show();
-    for (auto* label : { static_cast<ElidedLabel*>(&name()), &detail(), static_cast<ElidedLabel*>(&path()) }) {
-        QLabel plain(panel_.get());
-        plain.setFont(label->font());
-        plain.setPalette(label->palette());
-        plain.setText(label->text());
-        plain.setTextFormat(Qt::PlainText);
-        plain.setAlignment(Qt::AlignCenter);
-        plain.resize(label->size());
-        EXPECT_EQ(label->grab().toImage(), plain.grab().toImage()) << label->text().toStdString();
-    }
 }
 
 TEST_F(InfoPanelTest, ThePreviewIsReadByTheKeyboardAndNotChanged)
