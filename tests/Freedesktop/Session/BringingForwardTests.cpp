@@ -55,12 +55,14 @@ protected:
 
     bool isMinimised(xcb_window_t window)
     {
+        stir();
         auto const state = display_.numbers(window, "WM_STATE");
         return !state.empty() && state.front() == 3;
     }
 
     xcb_window_t active()
     {
+        stir();
         auto const window = display_.numbers(display_.root(), "_NET_ACTIVE_WINDOW");
         return window.empty() ? 0 : window.front();
     }

@@ -61,11 +61,16 @@ protected:
     }
 
     /// Window managers now and then leave a request unread, until something else happens, such as a property that
-    /// changes. Waiting for what is listed therefore changes one.
-    std::vector<std::string> identifiers()
+    /// changes. Whoever waits for one to be served therefore changes one.
+    void stir()
     {
         display_.setText(display_.root(), "_MARROWICK_TEST", "x");
         display_.synchronise();
+    }
+
+    std::vector<std::string> identifiers()
+    {
+        stir();
         return RunningApplicationsTest::identifiers();
     }
 

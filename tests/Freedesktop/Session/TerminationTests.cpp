@@ -39,7 +39,11 @@ protected:
     }
 
     std::string asked() { return folder_.url().path() + "/asked"; }
-    bool wasAsked() { return std::filesystem::exists(asked()); }
+    bool wasAsked()
+    {
+        stir();
+        return std::filesystem::exists(asked());
+    }
 
     bool isListed()
     {
@@ -58,7 +62,10 @@ protected:
     std::optional<End> waitForEnd()
     {
         End end;
-        if (!waitFor([&] { return waitpid(client_->pid(), &end.status, WNOHANG) == client_->pid(); }))
+        if (!waitFor([&] {
+                stir();
+                return waitpid(client_->pid(), &end.status, WNOHANG) == client_->pid();
+            }))
             return std::nullopt;
         client_->forget();
         return end;
