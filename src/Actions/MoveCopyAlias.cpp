@@ -26,14 +26,14 @@ std::string joinedNames(std::vector<FileURL> const& items)
     return names;
 }
 
-/// Whether `item` lies below `folder`, however its path leads there.
+/// Whether `item` lies below `folder`, however its path leads there; true where that cannot be told.
 bool isBelow(FileURL const& item, FileURL const& folder)
 {
     auto const& fileManager = *platform().fileManager;
     auto const identity = fileManager.identity(folder);
     auto const parent = fileManager.resolvingAlias(item.deletingLastPathComponent());
     if (!identity || !parent)
-        return false;
+        return true;
     for (auto above = parent.value();; above = above.deletingLastPathComponent()) {
         if (auto const found = fileManager.identity(above); found && found->isSameItem(*identity))
             return true;

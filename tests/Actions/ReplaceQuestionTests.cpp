@@ -174,6 +174,18 @@ TEST_F(ReplaceQuestionTest, AFolderThatHoldsTheItemIsNotRemovedForIt)
     EXPECT_EQ(folder.content("source/Docs 2/b.txt"), "moved");
 }
 
+TEST_F(ReplaceQuestionTest, WhatMayHoldTheItemIsNotRemovedForIt)
+{
+    folder.file("Docs/a.txt", "kept");
+    for (auto const& silent : { source, FileURL(nameInDocs("a.txt")) }) {
+        desktop.fileManager.silent = { silent };
+        desktop.alerts.answers = { replace };
+        transfer(TransferMode::copy);
+        EXPECT_EQ(folder.content("Docs/a.txt"), "kept") << silent.path();
+    }
+    EXPECT_EQ(folder.names("Docs"), (std::vector<std::string> { "a 2.txt", "a 3.txt", "a.txt" }));
+}
+
 TEST_F(ReplaceQuestionTest, TheRootHasNoNamesakeAndCannotGoIntoAFolder)
 {
     folder.file("Docs/kept.txt", "kept");

@@ -78,7 +78,7 @@ bool FakeFileManager::isNameTaken(FileURL const& url) const
 std::optional<FileIdentity> FakeFileManager::identity(FileURL const& url) const
 {
     auto const* manager = asked(url);
-    return manager ? manager->identity(url) : std::nullopt;
+    return manager && !silent.contains(url) ? manager->identity(url) : std::nullopt;
 }
 
 Result<void> FakeFileManager::createDirectory(FileURL const& url) const
@@ -98,6 +98,8 @@ Result<void> FakeFileManager::removeFile(FileURL const& url) const
 Result<FileURL> FakeFileManager::resolvingAlias(FileURL const& url) const
 {
     auto const* manager = asked(url);
+    if (silent.contains(url))
+        return Error { ErrorKind::other, "The volume does not answer." };
     return manager ? manager->resolvingAlias(url) : Error { ErrorKind::other, "no file manager" };
 }
 

@@ -42,6 +42,8 @@ public:
     std::optional<std::vector<FileURL>> volumes;
     std::optional<FileURL> home;
 
+    /// Items of which is not told in time which ones they are or where they lead.
+    std::set<FileURL> silent;
     /// Files that stay where they are, whatever is tried.
     std::set<FileURL> irremovable;
 
