@@ -74,6 +74,9 @@ qsizetype TextPane::firstRowsLength(QString const& text) const
         auto const rowEnd = end < 0 ? text.size() : end + 1;
         length = std::min(rowEnd, length + longestRow);
     }
+    // What ends a line together is not taken apart.
+    if (length > 0 && length < text.size() && text[length - 1] == u'\r' && text[length] == u'\n')
+        ++length;
     return length;
 }
 

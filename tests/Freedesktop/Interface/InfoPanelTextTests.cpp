@@ -49,6 +49,17 @@ TEST_F(InfoPanelTest, TheFirstPaintingShowsWhatTheWholeTextShows)
     EXPECT_EQ(preview().viewport()->grab().toImage(), before);
 }
 
+TEST_F(InfoPanelTest, ALineEndOfTwoCharactersIsNotTakenApart)
+{
+    std::string text;
+    for (int line = 0; line < 60; ++line)
+        text += std::string(79, 'x') + "\r\n";
+    panel_->setPreview(text);
+    panel_->show();
+    ASSERT_TRUE(waitFor([&] { return preview().document()->characterCount() > 60 * 80; }));
+    EXPECT_EQ(preview().blockCount(), 61);
+}
+
 TEST_F(InfoPanelTest, TheRestOfATextDoesNotComeBehindAnotherOne)
 {
     show();
