@@ -40,7 +40,7 @@ bool isPlainWay(std::string const& path, VolumePaths const& volumes)
 {
     if (path.find("//") != std::string::npos || path.find("/..") != std::string::npos)
         return false;
-    if (path.find("/./") != std::string::npos || path.size() >= PATH_MAX)
+    if (path.find("/./") != std::string::npos || path.ends_with("/.") || path.size() >= PATH_MAX)
         return false;
     auto const isOnTheWay = [&](std::string const& volume) { return isAtOrBelow(path, volume); };
     if (std::any_of(volumes.begin(), volumes.end(), isOnTheWay))

@@ -57,10 +57,11 @@ std::variant<std::string, int> resolvedPath(std::string const& path)
     return std::string(resolved.get());
 }
 
-bool isDirectory(FileURL const& url)
+/// Absent when that is not told in time.
+std::optional<bool> isDirectory(FileURL const& url)
 {
-    auto const status = statusOf(url);
-    return status && S_ISDIR(status->st_mode);
+    auto const status = answerAbout(url, statusOfPath);
+    return status ? std::optional(*status && S_ISDIR((*status)->st_mode)) : std::nullopt;
 }
 
 /// The start of `path` that ends before the slash at or after `position`, and the whole path when there is none.
@@ -129,7 +130,7 @@ Result<void> FreedesktopFileManager::createDirectory(FileURL const& url) const
     auto const& path = url.path();
     if (path.empty() || !isSystemPath(url))
         return fileError(ENOENT, what, url);
-    if (isDirectory(url))
+    if (isDirectory(url).value_or(false))
         return {};
     std::size_t end = 0;
     do {
@@ -138,8 +139,9 @@ Result<void> FreedesktopFileManager::createDirectory(FileURL const& url) const
         if (::mkdir(level.path().c_str(), 0777) == 0)
             continue;
         int const number = errno;
-        if (!isDirectory(level))
-            return fileError(number, what, url);
+        auto const stands = isDirectory(level);
+        if (!stands.value_or(false))
+            return fileError(stands ? number : ETIMEDOUT, what, url);
     } while (end < path.size());
     return {};
 }

@@ -1,6 +1,5 @@
 #include "Freedesktop/Files/TimelyAnswers.h"
 
-#include <algorithm>
 #include <condition_variable>
 #include <csignal>
 #include <cstddef>
@@ -19,27 +18,22 @@ using Clock = std::chrono::steady_clock;
 /// More volumes that do not answer than anybody has.
 constexpr std::size_t mostThreads = 8;
 
-struct Begun {
-    Clock::time_point at;
-    std::chrono::milliseconds patience;
-};
-
 /// The work under way. Its threads hold it too, since they may outlive everything else.
 struct UnderWay {
     std::mutex mutex;
     std::condition_variable done;
-    std::map<std::string, Begun> byVolume;
+    std::map<std::string, Clock::time_point> begunByVolume;
 };
 
-/// Waits until nothing else is asked of the volume; false when that is late, for whoever asked or for whoever waits.
+/// Waits until nothing else is asked of the volume; false when that takes longer than `patience` from its beginning.
 bool isFree(UnderWay& underWay, std::unique_lock<std::mutex>& lock, std::string const& volume,
     std::chrono::milliseconds patience)
 {
     for (;;) {
-        auto const other = underWay.byVolume.find(volume);
-        if (other == underWay.byVolume.end())
-            return underWay.byVolume.size() < mostThreads;
-        auto const lateAt = other->second.at + std::min(other->second.patience, patience);
+        auto const other = underWay.begunByVolume.find(volume);
+        if (other == underWay.begunByVolume.end())
+            return underWay.begunByVolume.size() < mostThreads;
+        auto const lateAt = other->second + patience;
         if (Clock::now() >= lateAt)
             return false;
         underWay.done.wait_until(lock, lateAt);
@@ -80,17 +74,17 @@ bool isDoneInTime(std::string const& volume, std::chrono::milliseconds patience,
         return false;
 
     auto const isDone = std::make_shared<bool>(false);
-    underWay->byVolume.emplace(volume, Begun { Clock::now(), patience });
+    underWay->begunByVolume.emplace(volume, Clock::now());
     bool const isStarted = startThread([underWay = underWay, volume, isDone, work = std::move(work)] {
         leaveOpenFiles();
         work();
         std::scoped_lock const doneLock(underWay->mutex);
         *isDone = true;
-        underWay->byVolume.erase(volume);
+        underWay->begunByVolume.erase(volume);
         underWay->done.notify_all();
     });
     if (!isStarted) {
-        underWay->byVolume.erase(volume);
+        underWay->begunByVolume.erase(volume);
         return false;
     }
     return underWay->done.wait_for(lock, patience, [&] { return *isDone; });

@@ -20,8 +20,8 @@ inline constexpr std::chrono::milliseconds patienceForListing { 5000 };
 /// patience ended. Work that is late goes on: it must own all that it touches, and open its files itself, since the
 /// process's open files are none of the thread's.
 ///
-/// One piece of work is under way for a volume. What else is asked of the volume meanwhile comes after it; once it is late,
-/// everybody is told at once that theirs is not done.
+/// One piece of work is under way for a volume. What else is asked of the volume meanwhile comes after it; whoever would
+/// have given up on that one by now is told at once that theirs is not done.
 bool isDoneInTime(std::string const& volume, std::chrono::milliseconds patience, std::function<void()> work);
 
 /// What `question` finds out; absent when `volume` does not answer in time. The question is as the work above.
