@@ -240,6 +240,12 @@ class Volumes(SubmenuCase):
             asking.wait(10)
             self.mounts.unmount(volume)
 
+    @staticmethod
+    def published_below(name):
+        """The titles directly below a root of the snapshot."""
+        return [child["name"] for root in Exchange().roots() or [] if root["name"] == name
+                for child in root["children"]]
+
     def test_WhatLeadsIntoAVolumeThatDoesNotAnswerDoesNotHoldTheMenu(self):
         desktop = self.desktop.home / "Desktop"
         fill(desktop, "a.txt", "Plain/")
@@ -270,9 +276,7 @@ class Volumes(SubmenuCase):
             self.choose_from("Desktop", "a.txt")
             self.desktop.applications.wait_for_call()
             # The folders for the file manager's extension are told all the same, and the program ends.
-            roots = wait_for(Exchange().roots, "a snapshot")
-            self.assertIn("Plain", [child["name"] for root in roots if root["name"] == "Desktop"
-                                    for child in root["children"]])
+            wait_for(lambda: "Plain" in self.published_below("Desktop"), "a snapshot of the Desktop")
             self.program.stop()
         finally:
             os.close(server)
