@@ -238,8 +238,6 @@ void InfoPanelWindow::show()
     if (auto* const connection = xcbConnection())
         xcb_flush(connection);
     fillEverything();
-    // Letters of another font may be higher.
-    setFixedSize(layout()->minimumSize().expandedTo(contentSize));
 }
 
 void InfoPanelWindow::close()
