@@ -242,8 +242,7 @@ void InfoPanelWindow::show()
 
 void InfoPanelWindow::close()
 {
-    // A window that is closed gives up what the display knows of it, and has to tell all of it anew.
-    hide();
+    QWidget::close();
 }
 
 void InfoPanelWindow::takeKeys()
