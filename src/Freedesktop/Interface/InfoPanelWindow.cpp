@@ -221,9 +221,6 @@ void InfoPanelWindow::dragIcon(FileURL const& url)
 
 void InfoPanelWindow::show()
 {
-    // While the toolkit has not heard of the hiding it takes the window for shown, and asks for the keyboard too early.
-    if (!isVisible() && windowHandle() && windowHandle()->isExposed())
-        QWidget::close();
     layout()->activate();
     setFixedSize(layout()->minimumSize().expandedTo(contentSize));
     move(screenInUse().center() - rect().center());
