@@ -25,6 +25,8 @@ namespace marrowick {
 namespace {
 
 constexpr int workerCount = 2;
+/// Less than a picture of the display takes.
+constexpr int headStartMilliseconds = 10;
 /// A disk that does not answer keeps nobody from ending the program.
 constexpr int patienceAtEndMilliseconds = 2000;
 
@@ -116,14 +118,14 @@ void FreedesktopThumbnails::generate(
     FileURL const& url, int pointSize, double scale, std::function<void(std::optional<Bitmap>)> done)
 {
     auto const request = std::make_shared<Request>(Request { url, pointSize, scale, std::move(done) });
-    // What is about to be painted goes first: a timer without delay waits for every event that has come.
+    // What is about to be shown goes first, and has the processors for itself.
     auto* const timer = new QTimer(&context_);
     timer->setSingleShot(true);
     QObject::connect(timer, &QTimer::timeout, &context_, [this, timer, request] {
         timer->deleteLater();
         lookIntoCache(request);
     });
-    timer->start(0);
+    timer->start(headStartMilliseconds);
 }
 
 void FreedesktopThumbnails::lookIntoCache(std::shared_ptr<Request> const& request)

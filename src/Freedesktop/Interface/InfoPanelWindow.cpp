@@ -74,6 +74,16 @@ QRect screenInUse()
     return screen ? screen->availableGeometry() : QRect();
 }
 
+/// The program's icon as far as a window in no taskbar needs it. Each opening has the display copy all of it, twice.
+QIcon titleBarIcon()
+{
+    auto const whole = QApplication::windowIcon();
+    QIcon icon;
+    for (int const side : { 16, 48 })
+        icon.addPixmap(whole.pixmap({ side, side }, 1.0));
+    return icon;
+}
+
 /// `text` for a window's title, where a star in brackets stands for unsaved changes.
 QString windowTitleText(QString text)
 {
@@ -98,6 +108,7 @@ InfoPanelWindow::InfoPanelWindow(InfoPanelHandlers handlers)
     // The program does not end with its windows.
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::ClickFocus);
+    setWindowIcon(titleBarIcon());
     icon_->setAccessibleName(QStringLiteral("Picture"));
     icon_->setAccessibleDescription(QStringLiteral("Opens the file"));
     path_->setAccessibleDescription(QStringLiteral("Copies the path"));
