@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -191,6 +192,7 @@ int main(int argc, char** argv)
     Items const pictures { writePicture(folder, QStringLiteral("A picture.png"), Qt::darkCyan),
         writePicture(folder, QStringLiteral("Another one.png"), Qt::darkRed) };
     auto const showEmpty = [&empty] {
+        empty->move(empty->screen()->availableGeometry().center() - empty->rect().center());
         empty->show();
         empty->raise();
         empty->activateWindow();
