@@ -14,6 +14,14 @@ namespace marrowick {
 
 namespace {
 
+std::string pathOf(std::string const& folder, std::string const& name)
+{
+    std::string path;
+    path.reserve(folder.size() + 1 + name.size());
+    path.append(folder).append(1, '/').append(name);
+    return path;
+}
+
 /// One way down a tree, which orders each directory in the memory of those before.
 class Descent {
 public:
@@ -46,10 +54,10 @@ private:
         nodes.reserve(std::min(end - begin, static_cast<std::size_t>(budget_)));
         for (auto position = begin; position < end && budget_ > 0; ++position) {
             --budget_;
-            auto& node = nodes.emplace_back();
-            node.name = std::move(names[order_[position]]);
-            node.path.reserve(path.size() + 1 + node.name.size());
-            node.path.append(path).append(1, '/').append(node.name);
+            auto& name = names[order_[position]];
+            auto whole = pathOf(path, name);
+            nodes.push_back({ std::move(name), std::move(whole), {} });
+            auto& node = nodes.back();
             if (depth < SnapshotWalk::deepest && budget_ > 0)
                 node.children = this->nodes(*of.folder(node.name), node.path, depth + 1);
         }

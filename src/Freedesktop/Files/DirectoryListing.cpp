@@ -151,7 +151,8 @@ public:
             std::string_view const name(entry.d_name);
             if (name.starts_with('.'))
                 hasHiddenNamesFile_ = hasHiddenNamesFile_ || name == hiddenNamesFile;
-            else if ((entry.d_type == DT_DIR || isFolder(entry)) && !isPackageName(name))
+            else if ((entry.d_type == DT_DIR || isFolder(entry))
+                && !(name.find('.') != std::string_view::npos && isPackageName(name)))
                 names_.emplace_back(name);
         });
     }

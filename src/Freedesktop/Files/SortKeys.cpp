@@ -48,6 +48,14 @@ inline void SortKeys::finishKey(std::size_t size)
     filled_ += size;
 }
 
+inline void SortKeys::addAsciiOrCollatorKey(std::string_view text)
+{
+    if (auto const size = ascii_->write(text, room(AsciiSortKeys::greatestKeySize(text.size()))); size > 0)
+        finishKey(size);
+    else
+        addCollatorKey(text);
+}
+
 void SortKeys::assign(std::vector<std::string_view> const& texts)
 {
     keys_.clear();
@@ -105,14 +113,6 @@ void SortKeys::addBytes(std::string_view text)
 {
     std::copy(text.begin(), text.end(), room(text.size()));
     finishKey(text.size());
-}
-
-void SortKeys::addAsciiOrCollatorKey(std::string_view text)
-{
-    if (auto const size = ascii_->write(text, room(AsciiSortKeys::greatestKeySize(text.size()))); size > 0)
-        finishKey(size);
-    else
-        addCollatorKey(text);
 }
 
 void SortKeys::addCollatorKey(std::string_view text)
