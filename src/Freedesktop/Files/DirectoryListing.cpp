@@ -149,6 +149,7 @@ public:
     {
         return visitEntries(directory_, [this](dirent64 const& entry) {
             std::string_view const name(entry.d_name);
+            // Most names of folders have no dot, and a walk through many feels each call.
             if (name.starts_with('.'))
                 hasHiddenNamesFile_ = hasHiddenNamesFile_ || name == hiddenNamesFile;
             else if ((entry.d_type == DT_DIR || isFolder(entry))

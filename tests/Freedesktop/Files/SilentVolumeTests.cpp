@@ -2,11 +2,14 @@
 
 #include "Fakes/TemporaryFolder.h"
 #include "Freedesktop/Files/DoubtfulVolumes.h"
+#include "Freedesktop/Files/FolderWays.h"
 #include "Freedesktop/Files/FreedesktopFileManager.h"
 #include "Freedesktop/Files/TimelyAnswers.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
@@ -164,6 +167,22 @@ TEST_F(SilentVolumeTest, EveryQuestionAboutOneItemEnds)
     EXPECT_EQ(link.aliasTargetIsDirectory, std::nullopt);
     EXPECT_TRUE(link.contentModificationDate);
     EXPECT_EQ(files.resourceValues(url("menu/nas"), menuKeys).contentModificationDate, std::nullopt);
+}
+
+TEST_F(SilentVolumeTest, AFolderThatMayStandThereIsNotMade)
+{
+    Rescue const rescue(*volume);
+    auto const outcome = files.createDirectory(url("menu/nas"));
+    ASSERT_FALSE(outcome);
+    EXPECT_NE(outcome.error().message.find(std::strerror(ETIMEDOUT)), std::string::npos) << outcome.error().message;
+}
+
+TEST_F(SilentVolumeTest, AFolderOfWhichThePathEndsInADotIsTheSame)
+{
+    // Nothing of it is asked of the volume.
+    for (auto const* name : { "menu/./nas", "menu/./to folder", "plain/../menu/./nas" })
+        EXPECT_EQ(volumeEntered(path(name)), path("menu/nas")) << name;
+    EXPECT_EQ(volumeEntered(path("menu/./to plain")), std::nullopt);
 }
 
 TEST_F(SilentVolumeTest, AWalkGoesPastIt)

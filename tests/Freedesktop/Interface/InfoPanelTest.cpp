@@ -1,6 +1,7 @@
 #include "Freedesktop/Interface/InfoPanelFixture.h"
 
 #include "Freedesktop/Interface/Bitmaps.h"
+#include "Freedesktop/Interface/Icons.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -19,6 +20,17 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+TEST_F(InfoPanelTest, TheTitleBarHasTheProgramsIconAndNoLargeOne)
+{
+    prepareWindowIcon();
+    InfoPanelWindow const panel(handlers());
+    auto const icon = panel.windowIcon();
+    EXPECT_EQ(icon.availableSizes(), (QList<QSize> { { 16, 16 }, { 48, 48 } }));
+    auto const programs = QApplication::windowIcon();
+    for (QSize const size : { QSize(16, 16), QSize(48, 48) })
+        EXPECT_EQ(icon.pixmap(size).toImage(), programs.pixmap(size).toImage()) << size.width();
+}
 
 TEST_F(InfoPanelTest, IsAFloatingToolWindowOfOneSizeInTheMiddleOfTheScreen)
 {
