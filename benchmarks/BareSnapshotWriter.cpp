@@ -24,7 +24,7 @@ void appendText(std::string& bytes, std::string_view text)
     bytes += '"';
 }
 
-void appendNodes(std::string& bytes, std::vector<SnapshotNode> const& nodes)
+void appendNodes(std::string& bytes, SnapshotNodes const& nodes)
 {
     bytes += '[';
     for (std::size_t index = 0; index < nodes.size(); ++index) {

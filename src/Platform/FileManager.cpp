@@ -15,21 +15,20 @@ public:
     {
     }
 
-    Result<std::vector<std::string>> namesOfFolders() const override
+    Result<void> addNamesOfFolders(NameList& names) const override
     {
         auto const listing = fileManager_.contentsOfDirectory(
             url_, ResourceKey::isDirectory | ResourceKey::isPackage, HiddenItems::skipped);
         if (!listing)
             return listing.error();
-        std::vector<std::string> names;
         for (auto const& item : listing.value()) {
             if (item.values.isDirectory.value_or(false) && !item.values.isPackage.value_or(false))
-                names.emplace_back(item.url.lastPathComponent());
+                names.add(item.url.lastPathComponent());
         }
-        return names;
+        return {};
     }
 
-    std::unique_ptr<WalkedDirectory> folder(std::string const& name) const override
+    std::unique_ptr<WalkedDirectory> folder(std::string_view name) const override
     {
         return std::make_unique<ListedDirectory>(fileManager_, url_.appendingPathComponent(name));
     }

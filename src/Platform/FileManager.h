@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/FileURL.h"
+#include "Platform/NameList.h"
 #include "Platform/Result.h"
 
 #include <chrono>
@@ -113,13 +114,14 @@ class WalkedDirectory {
 public:
     virtual ~WalkedDirectory() = default;
 
-    /// The names of the visible directories directly in it that are no packages, in the file system's order, as
-    /// `FileManager::contentsOfDirectory` tells them; nothing is made of all other entries.
-    virtual Result<std::vector<std::string>> namesOfFolders() const = 0;
+    /// Adds the names of the visible directories directly in it that are no packages, in the file system's order, as
+    /// `FileManager::contentsOfDirectory` tells them; nothing is made of all other entries. An error may come after some of
+    /// the names.
+    virtual Result<void> addNamesOfFolders(NameList& names) const = 0;
 
     /// The directory called `name` in it, found from here and not from the top again. Whether it can be read is told by
     /// its own answers.
-    virtual std::unique_ptr<WalkedDirectory> folder(std::string const& name) const = 0;
+    virtual std::unique_ptr<WalkedDirectory> folder(std::string_view name) const = 0;
 };
 
 /// Reads and changes what directories hold, without opening files for their content. Any thread; nothing waits for

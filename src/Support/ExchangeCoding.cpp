@@ -78,7 +78,7 @@ public:
     }
 
 private:
-    bool append(std::vector<SnapshotNode> const& nodes)
+    bool append(SnapshotNodes const& nodes)
     {
         bytes_ += '[';
         for (auto const& node : nodes) {

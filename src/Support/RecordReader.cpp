@@ -12,7 +12,7 @@ std::optional<SnapshotNode> node(Record& record)
 {
     if (!record.first || !record.second || !record.nodes)
         return std::nullopt;
-    return SnapshotNode { std::move(*record.first), std::move(*record.second), std::move(*record.nodes) };
+    return SnapshotNode { *record.first, *record.second, std::move(*record.nodes) };
 }
 
 void dropList(Record& record)

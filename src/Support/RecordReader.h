@@ -30,7 +30,7 @@ struct Record {
     std::optional<std::string> first;
     std::optional<std::string> second;
     std::optional<std::vector<std::string>> texts;
-    std::optional<std::vector<SnapshotNode>> nodes;
+    std::optional<SnapshotNodes> nodes;
 };
 
 /// Hears a document from Boost.JSON's parser, which names the functions, and keeps nothing but what the record has room for.

@@ -4,7 +4,7 @@ namespace marrowick {
 
 namespace {
 
-void addPaths(std::vector<SnapshotNode> const& nodes, std::unordered_set<std::string_view>& paths)
+void addPaths(SnapshotNodes const& nodes, std::unordered_set<std::string_view>& paths)
 {
     for (auto const& node : nodes) {
         paths.insert(node.path);

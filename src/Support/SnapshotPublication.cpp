@@ -2,13 +2,16 @@
 
 #include "Support/ExchangeCoding.h"
 
+#include <memory_resource>
+#include <utility>
+
 namespace marrowick {
 
 void SnapshotPublication::operator()() const
 {
-    Snapshot snapshot;
-    snapshot.roots = SnapshotWalk(*fileManager, *collation).roots(folders);
-    snapshot.generated = clock->now();
+    std::pmr::monotonic_buffer_resource memory;
+    auto roots = SnapshotWalk(*fileManager, *collation, &memory).roots(folders);
+    Snapshot const snapshot { clock->now(), std::move(roots) };
     auto const bytes = encode(snapshot);
     if (!bytes)
         return;

@@ -5,24 +5,17 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
-#include <numeric>
 #include <span>
+#include <string>
 #include <string_view>
-#include <utility>
+#include <vector>
 
 namespace marrowick {
 
 namespace {
 
-std::string pathOf(std::string const& folder, std::string const& name)
-{
-    std::string path;
-    path.reserve(folder.size() + 1 + name.size());
-    path.append(folder).append(1, '/').append(name);
-    return path;
-}
-
-/// One way down a tree, which orders each directory in the memory of those before.
+/// One way down a tree. The names and the order of a directory stand behind those of the ones above, in memory that is used
+/// again for the next.
 class Descent {
 public:
     Descent(FileManager const& fileManager, Collation const& collation, int& budget)
@@ -32,88 +25,101 @@ public:
     {
     }
 
-    std::vector<SnapshotNode> nodes(FileURL const& of, int depth)
+    void addFolders(FileURL const& of, int depth, SnapshotNodes& nodes)
     {
-        return nodes(*fileManager_.walk(of), of.path().substr(0, of.path().find_last_not_of('/') + 1), depth);
+        path_.assign(of.path(), 0, of.path().find_last_not_of('/') + 1);
+        addFolders(*fileManager_.walk(of), depth, nodes);
     }
 
 private:
-    /// `path` is that of `of`, without a slash at its end.
-    std::vector<SnapshotNode> nodes(WalkedDirectory const& of, std::string const& path, int depth)
+    /// `path_` is that of `of`, without a slash at its end.
+    void addFolders(WalkedDirectory const& of, int depth, SnapshotNodes& nodes)
     {
-        auto listing = of.namesOfFolders();
-        if (!listing)
-            return {};
-        auto names = std::move(listing).value();
-        std::erase_if(names, [](std::string const& name) { return !isValidUTF8(name); });
-
-        // The directories below put their order behind this one's.
+        auto const firstName = names_.size();
+        if (!of.addNamesOfFolders(names_)) {
+            names_.shrink(firstName);
+            return;
+        }
         auto const begin = order_.size();
-        auto const end = begin + appendOrder(names);
-        std::vector<SnapshotNode> nodes;
+        appendOrder(firstName);
+        auto const end = order_.size();
         nodes.reserve(std::min(end - begin, static_cast<std::size_t>(budget_)));
+        auto const pathSize = path_.size();
+        path_ += '/';
         for (auto position = begin; position < end && budget_ > 0; ++position) {
             --budget_;
-            auto& name = names[order_[position]];
-            auto whole = pathOf(path, name);
-            nodes.push_back({ std::move(name), std::move(whole), {} });
-            auto& node = nodes.back();
+            auto const name = names_[firstName + order_[position]];
+            path_.resize(pathSize + 1);
+            path_ += name;
+            auto& node = nodes.emplace_back(name, path_);
             if (depth < SnapshotWalk::deepest && budget_ > 0)
-                node.children = this->nodes(*of.folder(node.name), node.path, depth + 1);
+                addFolders(*of.folder(name), depth + 1, node.children);
         }
+        path_.resize(pathSize);
         order_.resize(begin);
-        return nodes;
+        names_.shrink(firstName);
     }
 
-    /// Appends the positions of the first of `names` in the user's order, as many as one directory may show; equal names
-    /// keep the listing's order.
-    std::size_t appendOrder(std::vector<std::string> const& names)
+    /// Appends which of the names from `firstName` on come first in the user's order, as many as one directory may show;
+    /// equal names keep the listing's order. What is not UTF-8 is left out.
+    void appendOrder(std::size_t firstName)
     {
-        texts_.assign(names.begin(), names.end());
+        texts_.clear();
+        auto const begin = static_cast<std::ptrdiff_t>(order_.size());
+        for (auto index = firstName; index < names_.size(); ++index) {
+            texts_.push_back(names_[index]);
+            if (isValidUTF8(texts_.back()))
+                order_.push_back(index - firstName);
+        }
         prepared_->assign(texts_);
-        auto const size = order_.size();
-        order_.resize(size + names.size());
-        auto const begin = order_.begin() + static_cast<std::ptrdiff_t>(size);
-        std::iota(begin, order_.end(), std::size_t { 0 });
-        if (names.size() > SnapshotWalk::mostChildren) {
-            auto const last = begin + static_cast<std::ptrdiff_t>(SnapshotWalk::mostChildren);
-            std::nth_element(begin, last, order_.end(), [this](std::size_t a, std::size_t b) {
+        auto const first = order_.begin() + begin;
+        if (order_.end() - first > static_cast<std::ptrdiff_t>(SnapshotWalk::mostChildren)) {
+            auto const last = first + static_cast<std::ptrdiff_t>(SnapshotWalk::mostChildren);
+            std::nth_element(first, last, order_.end(), [this](std::size_t a, std::size_t b) {
                 auto const comparison = prepared_->compare(a, b);
                 return comparison != 0 ? comparison < 0 : a < b;
             });
             order_.erase(last, order_.end());
         }
-        prepared_->sort(std::span(begin, order_.end()));
-        return order_.size() - size;
+        prepared_->sort(std::span(first, order_.end()));
     }
 
     FileManager const& fileManager_;
     std::unique_ptr<PreparedTexts> prepared_;
     int& budget_;
-    std::vector<std::string_view> texts_;
+    std::string path_;
+    NameList names_;
     std::vector<std::size_t> order_;
+    std::vector<std::string_view> texts_;
 };
 
 }
 
-std::vector<SnapshotNode> SnapshotWalk::roots(std::vector<TopLevelFolder> const& folders) const
+SnapshotNodes SnapshotWalk::roots(std::vector<TopLevelFolder> const& folders) const
 {
     int budget = mostNodes;
-    std::vector<SnapshotNode> roots;
+    SnapshotNodes roots(memory_);
     for (auto const& folder : folders) {
         // A folder that is told from the working directory on is no destination.
         bool const isAbsolute = folder.url.path().starts_with('/');
-        if (isAbsolute && isValidUTF8(folder.name) && isValidUTF8(folder.url.path()))
-            roots.push_back({ folder.name, folder.url.path(), subfolders(folder.url, 1, budget) });
+        if (!isAbsolute || !isValidUTF8(folder.name) || !isValidUTF8(folder.url.path()))
+            continue;
+        addSubfolders(folder.url, 1, budget, roots.emplace_back(folder.name, folder.url.path()).children);
     }
     return roots;
 }
 
-std::vector<SnapshotNode> SnapshotWalk::subfolders(FileURL const& of, int depth, int& budget) const
+SnapshotNodes SnapshotWalk::subfolders(FileURL const& of, int depth, int& budget) const
 {
-    if (depth > deepest || budget < 1)
-        return {};
-    return Descent(fileManager_, collation_, budget).nodes(of, depth);
+    SnapshotNodes nodes(memory_);
+    addSubfolders(of, depth, budget, nodes);
+    return nodes;
+}
+
+void SnapshotWalk::addSubfolders(FileURL const& of, int depth, int& budget, SnapshotNodes& nodes) const
+{
+    if (depth <= deepest && budget >= 1)
+        Descent(fileManager_, collation_, budget).addFolders(of, depth, nodes);
 }
 
 }

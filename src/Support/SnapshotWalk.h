@@ -4,6 +4,7 @@
 #include "Platform/FileManager.h"
 #include "Support/Snapshot.h"
 
+#include <memory_resource>
 #include <string>
 #include <vector>
 
@@ -27,23 +28,29 @@ public:
     /// Nodes in a whole snapshot, roots not counted.
     static constexpr int mostNodes = 2000;
 
-    SnapshotWalk(FileManager const& fileManager, Collation const& collation)
+    /// `memory` holds the nodes that are found.
+    SnapshotWalk(FileManager const& fileManager, Collation const& collation,
+        std::pmr::memory_resource* memory = std::pmr::get_default_resource())
         : fileManager_(fileManager)
         , collation_(collation)
+        , memory_(memory)
     {
     }
 
     /// One tree for each folder, which share the allowance of nodes in their order. Folders whose path is not UTF-8 cannot
     /// be named; they and what is below them are left out and cost nothing.
-    std::vector<SnapshotNode> roots(std::vector<TopLevelFolder> const& folders) const;
+    SnapshotNodes roots(std::vector<TopLevelFolder> const& folders) const;
 
     /// The visible folders directly in `of` that are no packages, in the user's order, each with its own. `depth` is the
     /// level of these folders, `budget` the number of nodes still allowed.
-    std::vector<SnapshotNode> subfolders(FileURL const& of, int depth, int& budget) const;
+    SnapshotNodes subfolders(FileURL const& of, int depth, int& budget) const;
 
 private:
+    void addSubfolders(FileURL const& of, int depth, int& budget, SnapshotNodes& nodes) const;
+
     FileManager const& fileManager_;
     Collation const& collation_;
+    std::pmr::memory_resource* memory_;
 };
 
 }

@@ -30,7 +30,7 @@ protected:
     std::string currentName()
     {
         auto const snapshot = destinations_.current();
-        return snapshot ? snapshot->roots.at(0).name : std::string();
+        return snapshot ? std::string(snapshot->roots.at(0).name) : std::string();
     }
 
     TemporaryFolder folder_;

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-Snapshot snapshotOf(std::vector<SnapshotNode> roots)
+Snapshot snapshotOf(SnapshotNodes roots)
 {
     return { {}, std::move(roots) };
 }
@@ -54,7 +54,7 @@ std::vector<std::string> namesOf(MenuEntries const& entries)
 }
 
 /// The tree below "Put Into…".
-MenuEntries treeOf(std::vector<SnapshotNode> roots)
+MenuEntries treeOf(SnapshotNodes roots)
 {
     return menuFor(snapshotOf(std::move(roots))).at(0).entries;
 }
@@ -175,7 +175,7 @@ TEST(MenuModelTest, MnemonicMarksAreDoubled)
 
 TEST(MenuModelTest, ASnapshotOfTheLargestSizeIsWhole)
 {
-    std::vector<SnapshotNode> roots;
+    SnapshotNodes roots;
     for (int root = 0; root < 20; ++root) {
         auto const path = "/root" + std::to_string(root);
         SnapshotNode node { path, path, {} };

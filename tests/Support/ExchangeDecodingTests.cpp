@@ -195,7 +195,7 @@ TEST(SnapshotDecodingTest, OtherMembersAreIgnoredAtEveryLevel)
         R"({"version":{"roots":1},"generated":"2026-11-16T00:44:41Z","roots":[{"name":"A","id":[{"path":1}],)"
         R"("path":"/A","children":[{"icon":null,"name":"b","path":"/A/b","children":[]}]}]})");
     ASSERT_TRUE(snapshot);
-    EXPECT_EQ(snapshot->roots, (std::vector<SnapshotNode> { { "A", "/A", { { "b", "/A/b", {} } } } }));
+    EXPECT_EQ(snapshot->roots, (SnapshotNodes { { "A", "/A", { { "b", "/A/b", {} } } } }));
 }
 
 TEST(SnapshotDecodingTest, AFaultAtAnyLevelMakesTheWholeUndecodable)
@@ -233,7 +233,7 @@ TEST(SnapshotDecodingTest, OfAMemberThatStandsThereSeveralTimesTheLastCounts)
         R"({"roots":[1],"generated":"x","generated":"2026-11-16T00:44:41Z","roots":[{"name":"x","path":"/x",)"
         R"("children":[{}],"name":"A","path":"/A","children":[]}]})");
     ASSERT_TRUE(snapshot);
-    EXPECT_EQ(snapshot->roots, (std::vector<SnapshotNode> { { "A", "/A", {} } }));
+    EXPECT_EQ(snapshot->roots, (SnapshotNodes { { "A", "/A", {} } }));
     EXPECT_EQ(decodeSnapshot(withRoots(R"([],"roots":[{"name":"A","path":"/A","children":[],"children":[1]}])")),
         std::nullopt);
 }

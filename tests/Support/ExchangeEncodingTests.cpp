@@ -15,7 +15,7 @@ using namespace std::string_literals;
 FileTime const generated { std::chrono::seconds(1'794'789'881) };
 std::string const head = R"({"generated":"2026-11-16T00:44:41Z","roots":)";
 
-std::optional<std::string> encoded(std::vector<SnapshotNode> roots)
+std::optional<std::string> encoded(SnapshotNodes roots)
 {
     return encode(Snapshot { generated, std::move(roots) });
 }

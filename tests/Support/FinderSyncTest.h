@@ -47,7 +47,7 @@ protected:
     {
         std::vector<std::string> names;
         for (auto const& root : published().roots)
-            names.push_back(root.name);
+            names.emplace_back(root.name);
         return names;
     }
 

@@ -145,7 +145,7 @@ TEST_F(SnapshotPublicationTest, AFolderThatCannotBeNamedKeepsNoOtherFromBeingWri
 {
     folder.folder("b/\xff");
     publishFolders({ { "a\xff", folder / "a\xff" }, { "b", folder / "b" } });
-    EXPECT_EQ(published().roots, (std::vector<SnapshotNode> { { "b", (folder / "b").path(), {} } }));
+    EXPECT_EQ(published().roots, (SnapshotNodes { { "b", (folder / "b").path(), {} } }));
 }
 
 }

@@ -1,5 +1,8 @@
+#include "Fakes/NoDefaultMemory.h"
 #include "Support/Snapshot.h"
 
+#include <memory_resource>
+#include <string>
 #include <string_view>
 #include <unordered_set>
 
@@ -32,6 +35,41 @@ TEST(SnapshotTest, APathIsKnownByItsExactBytesOnly)
     EXPECT_FALSE(paths.contains("/a\u0301b"));
     EXPECT_FALSE(paths.contains("/\u00c1b"));
     EXPECT_FALSE(paths.contains("A\u0301b"));
+}
+
+TEST(SnapshotTest, ANodeLiesInTheMemoryOfItsListWithAllThatIsBelow)
+{
+    std::string const name(100, 'n');
+    SnapshotNode const outside { name, name, { { name, name, {} } } };
+    SnapshotNode moved = outside;
+    std::pmr::monotonic_buffer_resource memory(std::pmr::new_delete_resource());
+    {
+        NoDefaultMemory const nowhereElse;
+        SnapshotNodes list(&memory);
+        list.emplace_back(name, name).children.push_back(outside);
+        list.push_back(std::move(moved));
+        for (int growing = 0; growing < 10; ++growing)
+            list.push_back(list.front());
+        EXPECT_EQ(list[0].children[0], outside);
+        EXPECT_EQ(list[1], outside);
+        EXPECT_EQ(list.back(), list.front());
+    }
+}
+
+TEST(SnapshotTest, ACopyOfANodeOutlivesTheMemoryOfItsList)
+{
+    std::string const name(100, 'n');
+    SnapshotNodes copies;
+    {
+        std::pmr::monotonic_buffer_resource memory;
+        SnapshotNodes list(&memory);
+        list.emplace_back(name, name).children.emplace_back(name, name);
+        copies = list;
+        copies.push_back(list.front());
+        copies.push_back(std::move(list.front()));
+    }
+    SnapshotNode const expected { name, name, { { name, name, {} } } };
+    EXPECT_EQ(copies, (SnapshotNodes { expected, expected, expected }));
 }
 
 }

@@ -1,7 +1,9 @@
 #include "Fakes/DiskTest.h"
+#include "Fakes/NoDefaultMemory.h"
 #include "Support/SnapshotWalk.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -11,15 +13,15 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-Names namesOf(std::vector<SnapshotNode> const& nodes)
+Names namesOf(SnapshotNodes const& nodes)
 {
     Names names;
     for (auto const& node : nodes)
-        names.push_back(node.name);
+        names.emplace_back(node.name);
     return names;
 }
 
-int countOf(std::vector<SnapshotNode> const& nodes)
+int countOf(SnapshotNodes const& nodes)
 {
     int count = 0;
     for (auto const& node : nodes)
@@ -38,9 +40,9 @@ ResourceValues values(std::optional<bool> isDirectory, std::optional<bool> isPac
 class SnapshotWalkTest : public DiskTest {
 protected:
     SnapshotWalk walk() const { return { *platform().fileManager, *platform().collation }; }
-    std::vector<SnapshotNode> roots(std::vector<TopLevelFolder> const& folders) const { return walk().roots(folders); }
+    SnapshotNodes roots(std::vector<TopLevelFolder> const& folders) const { return walk().roots(folders); }
     /// What is found below the test's own folder.
-    std::vector<SnapshotNode> found() const { return roots({ { "root", folder.url() } }).front().children; }
+    SnapshotNodes found() const { return roots({ { "root", folder.url() } }).front().children; }
 
     /// A listing of `count` folders named by their numbers, from 1 on.
     void folders(std::string const& in, int count)
@@ -73,8 +75,42 @@ TEST_F(SnapshotWalkTest, ANodeHasTheNameThePathAndTheFoldersOfItsFolder)
     folder.folder("A/d");
     auto const base = folder.url().path();
     EXPECT_EQ(roots({ { "Title", folder / "A" } }),
-        (std::vector<SnapshotNode> { { "Title", base + "/A",
+        (SnapshotNodes { { "Title", base + "/A",
             { { "b", base + "/A/b", { { "c", base + "/A/b/c", {} } } }, { "d", base + "/A/d", {} } } } }));
+}
+
+TEST_F(SnapshotWalkTest, WhatIsFoundLiesInTheMemoryThatIsGiven)
+{
+    folder.folder("A/" + std::string(100, 'b') + "/c");
+    std::pmr::monotonic_buffer_resource memory(std::pmr::new_delete_resource());
+    SnapshotWalk const walk(*platform().fileManager, *platform().collation, &memory);
+    auto const inDefaultMemory = roots({ { "A", folder / "A" }, { "A", folder / "A" } });
+    NoDefaultMemory const nowhereElse;
+    EXPECT_EQ(walk.roots({ { "A", folder / "A" }, { "A", folder / "A" } }), inDefaultMemory);
+    int budget = SnapshotWalk::mostNodes;
+    EXPECT_EQ(walk.subfolders(folder / "A", 1, budget), inDefaultMemory.front().children);
+}
+
+TEST_F(SnapshotWalkTest, AFolderIsNamedRightAfterManyBelowTheOneBefore)
+{
+    std::string const base = (folder / "A").path();
+    Names names;
+    for (char letter = 'a'; letter <= 'e'; ++letter)
+        names.push_back(std::string(200, letter));
+    for (auto const& first : names) {
+        for (auto const& second : names) {
+            for (auto const& third : names)
+                folder.folder("A/" + first + "/" + second + "/" + third);
+        }
+    }
+    auto const check = [&](auto const& self, SnapshotNodes const& nodes, std::string const& path, int depth) -> void {
+        ASSERT_EQ(namesOf(nodes), depth > SnapshotWalk::deepest ? Names {} : names);
+        for (auto const& node : nodes) {
+            EXPECT_EQ(std::string(node.path), path + "/" + std::string(node.name));
+            self(self, node.children, std::string(node.path), depth + 1);
+        }
+    };
+    check(check, roots({ { "A", folder / "A" } }).front().children, base, 1);
 }
 
 TEST_F(SnapshotWalkTest, RootsKeepTheirOrderAndTheirDuplicates)
@@ -96,8 +132,8 @@ TEST_F(SnapshotWalkTest, APathHasNoTrailingSlash)
 {
     folder.folder("A/b");
     auto const nodes = roots({ { "A", FileURL((folder / "A").path() + "/", true) } });
-    EXPECT_EQ(nodes.front().path, (folder / "A").path());
-    EXPECT_EQ(nodes.front().children.front().path, (folder / "A/b").path());
+    EXPECT_EQ(std::string_view(nodes.front().path), (folder / "A").path());
+    EXPECT_EQ(std::string_view(nodes.front().children.front().path), (folder / "A/b").path());
 }
 
 TEST_F(SnapshotWalkTest, TheLevelBelowTheThirdIsNotListed)
@@ -169,7 +205,7 @@ TEST_F(SnapshotWalkTest, OfTwoHundredFoldersTheFirst150InOrderAreListed)
     auto const children = roots({ { "A", folder / "A" } }).front().children;
     ASSERT_EQ(children.size(), 150u);
     for (std::size_t index = 0; index < children.size(); ++index)
-        EXPECT_EQ(children[index].name, std::to_string(index + 1));
+        EXPECT_EQ(std::string_view(children[index].name), std::to_string(index + 1));
     EXPECT_EQ(namesOf(children.back().children), (Names { "inner" }));
 }
 
@@ -243,8 +279,7 @@ TEST_F(SnapshotWalkTest, AFolderThatCannotBeReadHasNoChildren)
     EXPECT_EQ(namesOf(nodes), (Names { "A", "B" }));
     EXPECT_TRUE(nodes[0].children.empty());
     EXPECT_EQ(namesOf(nodes[1].children), (Names { "in" }));
-    EXPECT_EQ(roots({ { "gone", folder / "gone" } }),
-        (std::vector<SnapshotNode> { { "gone", (folder / "gone").path(), {} } }));
+    EXPECT_EQ(roots({ { "gone", folder / "gone" } }), (SnapshotNodes { { "gone", (folder / "gone").path(), {} } }));
 }
 
 TEST_F(SnapshotWalkTest, AFolderWhoseNameIsNotUTF8IsLeftOutWithWhatIsBelow)

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -227,7 +228,7 @@ TEST_F(PreferencesWindowTest, AChosenFolderIsStoredWatchedPublishedAndShown)
     auto const snapshot = decodeSnapshot(folder.content("support/Marrowick/menu-snapshot.json"));
     ASSERT_TRUE(snapshot);
     ASSERT_EQ(snapshot->roots.size(), 1u);
-    EXPECT_EQ(snapshot->roots.front().path, (chosen.appendingPathComponent("Projects")).path());
+    EXPECT_EQ(std::string_view(snapshot->roots.front().path), (chosen.appendingPathComponent("Projects")).path());
 }
 
 TEST_F(PreferencesWindowTest, AChosenFolderThatDoesNotExistYetIsMadeAndFollowed)

@@ -20,11 +20,11 @@ namespace marrowick {
 
 namespace {
 
-std::optional<std::vector<SnapshotNode>> nodesReadPlainly(document::json::array const* values)
+std::optional<SnapshotNodes> nodesReadPlainly(document::json::array const* values)
 {
     if (!values)
         return std::nullopt;
-    std::vector<SnapshotNode> nodes;
+    SnapshotNodes nodes;
     for (auto const& value : *values) {
         auto const* const object = value.if_object();
         if (!object)
@@ -51,7 +51,7 @@ std::optional<Snapshot> readPlainly(std::string_view bytes)
 }
 
 /// How many nodes there are, each of which is looked at.
-std::size_t checked(std::vector<SnapshotNode> const& nodes, std::unordered_set<std::string_view> const& paths)
+std::size_t checked(SnapshotNodes const& nodes, std::unordered_set<std::string_view> const& paths)
 {
     std::size_t count = nodes.size();
     for (auto const& node : nodes) {

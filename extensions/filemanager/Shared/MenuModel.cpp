@@ -54,7 +54,7 @@ public:
     {
         auto const name = nameFor(node.path);
         auto label = lineOf(node.name);
-        MenuEntry folder { name, label, op_, node.path, {} };
+        MenuEntry folder { name, label, op_, std::string(node.path), {} };
         if (node.children.empty() || level == deepestLevel)
             return folder;
         folder.label = "“" + label + "”";
@@ -68,9 +68,9 @@ public:
 
 private:
     /// A folder may be in the menu several times, as itself and through aliases.
-    std::string nameFor(std::string const& path)
+    std::string nameFor(std::string_view path)
     {
-        auto const count = ++timesSeen_[path];
+        auto const count = ++timesSeen_.try_emplace(std::string(path)).first->second;
         auto name = "Marrowick-" + op_ + "-" + encoded(path);
         return count > 1 ? name + "-" + std::to_string(count) : name;
     }

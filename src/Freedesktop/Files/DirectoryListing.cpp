@@ -133,38 +133,34 @@ private:
     std::vector<ItemKind> kinds_;
 };
 
-/// Keeps of a directory nothing but the names of its visible folders.
+/// Adds the names of a directory's visible folders to a list, and nothing of all else.
 class FolderNamesReader {
 public:
-    FolderNamesReader(int directory, FolderWays const& ways)
+    FolderNamesReader(int directory, FolderWays const& ways, NameList& names)
         : directory_(directory)
         , ways_(ways)
+        , names_(names)
+        , first_(names.size())
     {
-        // As many as most folders have.
-        names_.reserve(16);
     }
 
     /// Zero, or the number of the error that ended the reading.
     int read()
     {
-        return visitEntries(directory_, [this](dirent64 const& entry) {
+        int const error = visitEntries(directory_, [this](dirent64 const& entry) {
             std::string_view const name(entry.d_name);
             // Most names of folders have no dot, and a walk through many feels each call.
             if (name.starts_with('.'))
                 hasHiddenNamesFile_ = hasHiddenNamesFile_ || name == hiddenNamesFile;
             else if ((entry.d_type == DT_DIR || isFolder(entry))
                 && !(name.find('.') != std::string_view::npos && isPackageName(name)))
-                names_.emplace_back(name);
+                names_.add(name);
         });
-    }
-
-    std::vector<std::string> takeNames()
-    {
         if (hasHiddenNamesFile_) {
             HiddenNames const hidden(directory_);
-            std::erase_if(names_, [&](std::string const& name) { return hidden.contains(name); });
+            names_.removeIf(first_, [&](std::string_view name) { return hidden.contains(name); });
         }
-        return std::move(names_);
+        return error;
     }
 
 private:
@@ -181,8 +177,9 @@ private:
 
     int directory_;
     FolderWays const& ways_;
+    NameList& names_;
+    std::size_t first_;
     bool hasHiddenNamesFile_ = false;
-    std::vector<std::string> names_;
 };
 
 struct Opened {
@@ -240,20 +237,20 @@ public:
     {
     }
 
-    Result<std::vector<std::string>> namesOfFolders() const override
+    Result<void> addNamesOfFolders(NameList& names) const override
     {
         if (opened_.error != 0)
             return fileError(opened_.error, what, FileURL(name_));
-        FolderNamesReader reader(opened_.directory.get(), ways_);
-        if (int const number = reader.read())
+        if (int const number = FolderNamesReader(opened_.directory.get(), ways_, names).read())
             return fileError(number, what, FileURL(name_));
-        return reader.takeNames();
+        return {};
     }
 
-    std::unique_ptr<WalkedDirectory> folder(std::string const& name) const override
+    std::unique_ptr<WalkedDirectory> folder(std::string_view name) const override
     {
-        return std::make_unique<OpenDirectory>(
-            openForListing(opened_.directory.get(), ways_, name), ways_.below(name), name);
+        std::string text(name);
+        auto opened = openForListing(opened_.directory.get(), ways_, text);
+        return std::make_unique<OpenDirectory>(std::move(opened), ways_.below(name), std::move(text));
     }
 
 private:

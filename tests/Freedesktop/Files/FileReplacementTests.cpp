@@ -146,7 +146,8 @@ private:
     {
         auto const snapshot = content ? decodeSnapshot(content.value()) : std::nullopt;
         return snapshot && snapshot->roots.size() == 1
-            && snapshot->roots.front().name == std::to_string(snapshot->roots.front().children.size());
+            && std::string_view(snapshot->roots.front().name)
+            == std::to_string(snapshot->roots.front().children.size());
     }
 
     void read()

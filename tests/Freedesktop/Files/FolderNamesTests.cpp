@@ -1,5 +1,6 @@
 #include "Freedesktop/Files/FreedesktopFileManager.h"
 
+#include "Fakes/NamesOfFolders.h"
 #include "Fakes/TemporaryFolder.h"
 
 #include <algorithm>
@@ -20,8 +21,8 @@ protected:
     /// In the file system's order. What the interface makes of a whole listing is the same.
     Names names(FileURL const& directory) const
     {
-        auto const names = fileManager.walk(directory)->namesOfFolders();
-        auto const fromListing = fileManager.FileManager::walk(directory)->namesOfFolders();
+        auto const names = namesOfFolders(*fileManager.walk(directory));
+        auto const fromListing = namesOfFolders(*fileManager.FileManager::walk(directory));
         EXPECT_TRUE(names && fromListing);
         EXPECT_EQ(names.value(), fromListing.value());
         return names.value();
@@ -67,6 +68,23 @@ TEST_F(FolderNamesTest, FoldersThatTheHiddenFileNamesAreLeftOut)
     EXPECT_EQ(sortedNames(), (Names { "a", "b", "c" }));
 }
 
+TEST_F(FolderNamesTest, NamesAreAddedToThoseThatAreThere)
+{
+    folder.folder("b");
+    folder.folder("c");
+    folder.file(".hidden", "b");
+    for (auto const& walked : { fileManager.walk(folder.url()), fileManager.FileManager::walk(folder.url()) }) {
+        NameList names;
+        // A hidden name of another folder is none here.
+        names.add("b");
+        EXPECT_TRUE(walked->addNamesOfFolders(names));
+        EXPECT_TRUE(walked->folder("b")->addNamesOfFolders(names));
+        ASSERT_EQ(names.size(), 2U);
+        EXPECT_EQ(names[0], "b");
+        EXPECT_EQ(names[1], "c");
+    }
+}
+
 TEST_F(FolderNamesTest, FolderLargerThanOneReadIsWhole)
 {
     for (int number = 0; number < 1500; ++number)
@@ -81,25 +99,25 @@ TEST_F(FolderNamesTest, FoldersAreFoundFromTheOneAbove)
     auto const walked = fileManager.walk(folder / "top");
     auto const listed = fileManager.FileManager::walk(folder / "top");
     for (auto const* const top : { walked.get(), listed.get() }) {
-        EXPECT_EQ(top->folder("a")->namesOfFolders().value(), Names { "b" });
-        EXPECT_EQ(top->folder("a")->folder("b")->namesOfFolders().value(), Names { "c" });
-        EXPECT_EQ(top->folder("link")->namesOfFolders().value(), Names { "b" });
-        auto const missing = top->folder("missing")->namesOfFolders();
+        EXPECT_EQ(namesOfFolders(*top->folder("a")).value(), Names { "b" });
+        EXPECT_EQ(namesOfFolders(*top->folder("a")->folder("b")).value(), Names { "c" });
+        EXPECT_EQ(namesOfFolders(*top->folder("link")).value(), Names { "b" });
+        auto const missing = namesOfFolders(*top->folder("missing"));
         ASSERT_FALSE(missing);
         EXPECT_EQ(missing.error().kind, ErrorKind::notFound);
         EXPECT_NE(missing.error().message.find("missing"), std::string::npos) << missing.error().message;
-        EXPECT_FALSE(top->folder("missing")->folder("below")->namesOfFolders());
+        EXPECT_FALSE(namesOfFolders(*top->folder("missing")->folder("below")));
     }
     // Whoever is on the way down stays in the tree wherever that goes.
     std::filesystem::rename((folder / "top").path(), (folder / "moved").path());
-    EXPECT_EQ(walked->folder("a")->namesOfFolders().value(), Names { "b" });
+    EXPECT_EQ(namesOfFolders(*walked->folder("a")).value(), Names { "b" });
 }
 
 TEST_F(FolderNamesTest, WhatCannotBeListedSaysWhy)
 {
     auto const failure = [&](FileURL const& url) {
-        auto const outcome = fileManager.walk(url)->namesOfFolders();
-        auto const fromListing = fileManager.FileManager::walk(url)->namesOfFolders();
+        auto const outcome = namesOfFolders(*fileManager.walk(url));
+        auto const fromListing = namesOfFolders(*fileManager.FileManager::walk(url));
         EXPECT_FALSE(fromListing);
         return outcome ? std::nullopt : std::optional(outcome.error().kind);
     };

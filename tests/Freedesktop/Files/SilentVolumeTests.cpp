@@ -1,5 +1,6 @@
 #include "Freedesktop/TestVolumes.h"
 
+#include "Fakes/NamesOfFolders.h"
 #include "Fakes/TemporaryFolder.h"
 #include "Freedesktop/Files/DoubtfulVolumes.h"
 #include "Freedesktop/Files/FolderWays.h"
@@ -159,7 +160,7 @@ TEST_F(SilentVolumeTest, EveryQuestionAboutOneItemEnds)
         EXPECT_FALSE(files.resolvingAlias(url(name))) << name;
         EXPECT_TRUE(files.isNameTaken(url(name))) << name;
         EXPECT_FALSE(files.contentsOfDirectory(url(name), menuKeys, HiddenItems::skipped)) << name;
-        EXPECT_FALSE(files.walk(url(name))->namesOfFolders()) << name;
+        EXPECT_FALSE(namesOfFolders(*files.walk(url(name)))) << name;
         EXPECT_FALSE(files.visitNames(url(name), [](std::string_view) {})) << name;
     }
     auto const link = files.resourceValues(url("menu/to folder"), menuKeys);
@@ -190,15 +191,15 @@ TEST_F(SilentVolumeTest, AWalkGoesPastIt)
     folder.folder("menu/sub/deeper");
     Rescue const rescue(*volume);
     auto const top = files.walk(url("menu"));
-    auto names = top->namesOfFolders();
+    auto names = namesOfFolders(*top);
     ASSERT_TRUE(names);
     std::sort(names.value().begin(), names.value().end());
     EXPECT_EQ(names.value(), (std::vector<std::string> { "nas", "sub" }));
-    EXPECT_FALSE(top->folder("nas")->namesOfFolders());
-    auto const below = top->folder("sub")->namesOfFolders();
+    EXPECT_FALSE(namesOfFolders(*top->folder("nas")));
+    auto const below = namesOfFolders(*top->folder("sub"));
     ASSERT_TRUE(below);
     EXPECT_EQ(below.value(), std::vector<std::string> { "deeper" });
-    EXPECT_FALSE(files.walk(url("."))->folder("menu")->folder("nas")->namesOfFolders());
+    EXPECT_FALSE(namesOfFolders(*files.walk(url("."))->folder("menu")->folder("nas")));
 }
 
 TEST_F(SilentVolumeTest, AnAnswerThatComesLateLetsItBeAskedAgain)
@@ -235,7 +236,7 @@ TEST_F(SilentVolumeTest, AServerThatAnswersIsHeard)
     auto const inside = files.contentsOfDirectory(url("menu/to root"), menuKeys, HiddenItems::skipped);
     ASSERT_TRUE(inside);
     EXPECT_TRUE(inside.value().empty());
-    EXPECT_TRUE(files.walk(url("menu"))->folder("nas")->namesOfFolders());
+    EXPECT_TRUE(namesOfFolders(*files.walk(url("menu"))->folder("nas")));
 }
 
 TEST_F(SilentVolumeTest, AServerThatIsGoneIsAnAnswer)
