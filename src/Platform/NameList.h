@@ -14,7 +14,7 @@ class NameList {
 public:
     std::size_t size() const { return spans_.size(); }
 
-    /// Valid until a name is added.
+    /// Valid until names are added or taken away.
     std::string_view operator[](std::size_t index) const
     {
         auto const [begin, length] = spans_[index];

@@ -16,14 +16,15 @@ struct SnapshotNode;
 using SnapshotNodes = std::pmr::vector<SnapshotNode>;
 
 /// A folder that the extension inside the file manager offers as a destination. All of it lies in one memory, that of the
-/// list which it is in: a snapshot is made and thrown away as a whole.
+/// list which it is in: a snapshot is made and thrown away as a whole. A copy lies in memory of its own, but what is moved
+/// out of a list stays in the list's.
 struct SnapshotNode {
     using allocator_type = std::pmr::polymorphic_allocator<>;
 
     SnapshotNode(std::string_view name, std::string_view path, SnapshotNodes children = {})
         : name(name)
         , path(path)
-        , children(std::move(children))
+        , children(std::move(children), allocator_type())
     {
     }
     SnapshotNode(SnapshotNode const&) = default;

@@ -9,7 +9,7 @@ namespace marrowick {
 
 void SnapshotPublication::operator()() const
 {
-    std::pmr::monotonic_buffer_resource memory;
+    std::pmr::monotonic_buffer_resource memory(std::pmr::new_delete_resource());
     auto roots = SnapshotWalk(*fileManager, *collation, &memory).roots(folders);
     Snapshot const snapshot { clock->now(), std::move(roots) };
     auto const bytes = encode(snapshot);

@@ -36,10 +36,9 @@ private:
     void addFolders(WalkedDirectory const& of, int depth, SnapshotNodes& nodes)
     {
         auto const firstName = names_.size();
-        if (!of.addNamesOfFolders(names_)) {
+        // Of a directory that breaks off nothing is shown.
+        if (!of.addNamesOfFolders(names_))
             names_.shrink(firstName);
-            return;
-        }
         auto const begin = order_.size();
         appendOrder(firstName);
         auto const end = order_.size();
@@ -55,7 +54,6 @@ private:
             if (depth < SnapshotWalk::deepest && budget_ > 0)
                 addFolders(*of.folder(name), depth + 1, node.children);
         }
-        path_.resize(pathSize);
         order_.resize(begin);
         names_.shrink(firstName);
     }
@@ -99,6 +97,7 @@ SnapshotNodes SnapshotWalk::roots(std::vector<TopLevelFolder> const& folders) co
 {
     int budget = mostNodes;
     SnapshotNodes roots(memory_);
+    roots.reserve(folders.size());
     for (auto const& folder : folders) {
         // A folder that is told from the working directory on is no destination.
         bool const isAbsolute = folder.url.path().starts_with('/');

@@ -28,7 +28,8 @@ public:
     /// Nodes in a whole snapshot, roots not counted.
     static constexpr int mostNodes = 2000;
 
-    /// `memory` holds the nodes that are found.
+    /// `memory` holds the nodes that are found, and stands as long as they do. Several threads need one each, unless it is
+    /// made for many, as the default is.
     SnapshotWalk(FileManager const& fileManager, Collation const& collation,
         std::pmr::memory_resource* memory = std::pmr::get_default_resource())
         : fileManager_(fileManager)

@@ -12,7 +12,7 @@ namespace marrowick {
 
 /// Passes questions on to a real file manager, and answers by itself where a test describes what a disk cannot be
 /// brought to. A question that nobody can answer fails the test. Main thread only.
-class FakeFileManager final : public FileManager {
+class FakeFileManager : public FileManager {
 public:
     /// `real` may be null.
     explicit FakeFileManager(std::unique_ptr<FileManager> real);

@@ -1,3 +1,4 @@
+#include "Fakes/NoDefaultMemory.h"
 #include "Support/FinderSyncTest.h"
 #include "Support/SnapshotPublication.h"
 
@@ -139,6 +140,16 @@ TEST_F(SnapshotPublicationTest, AFolderThatCannotBeMadeStopsNothingElse)
     publishFolders({});
     EXPECT_EQ(folder.content("support"), "in the way");
     EXPECT_TRUE(desktop.log.lines().empty());
+}
+
+TEST_F(SnapshotPublicationTest, WhatIsFoundTakesNoMemoryPieceByPiece)
+{
+    folder.folder("A/" + std::string(100, 'b') + "/c");
+    {
+        NoDefaultMemory const onlyTheBlock;
+        publishFolders({ { "A", folder / "A" } });
+    }
+    EXPECT_EQ(published().roots.front().children.front().children.front().name, "c");
 }
 
 TEST_F(SnapshotPublicationTest, AFolderThatCannotBeNamedKeepsNoOtherFromBeingWritten)

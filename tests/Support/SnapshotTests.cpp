@@ -2,9 +2,11 @@
 #include "Support/Snapshot.h"
 
 #include <memory_resource>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -56,20 +58,36 @@ TEST(SnapshotTest, ANodeLiesInTheMemoryOfItsListWithAllThatIsBelow)
     }
 }
 
+TEST(SnapshotTest, ANodeOfItsOwnTakesNoOthersMemory)
+{
+    std::string const name(100, 'n');
+    std::optional<SnapshotNode> node;
+    {
+        std::pmr::monotonic_buffer_resource memory;
+        SnapshotNodes list(&memory);
+        list.emplace_back(name, name);
+        node.emplace("A", "/A", std::move(list));
+    }
+    EXPECT_EQ(node, (SnapshotNode { "A", "/A", { { name, name, {} } } }));
+}
+
 TEST(SnapshotTest, ACopyOfANodeOutlivesTheMemoryOfItsList)
 {
     std::string const name(100, 'n');
     SnapshotNodes copies;
+    std::optional<SnapshotNode> copy;
     {
         std::pmr::monotonic_buffer_resource memory;
         SnapshotNodes list(&memory);
         list.emplace_back(name, name).children.emplace_back(name, name);
         copies = list;
         copies.push_back(list.front());
+        copy = list.front();
         copies.push_back(std::move(list.front()));
     }
     SnapshotNode const expected { name, name, { { name, name, {} } } };
     EXPECT_EQ(copies, (SnapshotNodes { expected, expected, expected }));
+    EXPECT_EQ(copy, expected);
 }
 
 }

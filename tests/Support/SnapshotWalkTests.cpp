@@ -2,8 +2,11 @@
 #include "Fakes/NoDefaultMemory.h"
 #include "Support/SnapshotWalk.h"
 
+#include <memory>
+#include <memory_resource>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -36,6 +39,46 @@ ResourceValues values(std::optional<bool> isDirectory, std::optional<bool> isPac
     values.isPackage = isPackage;
     return values;
 }
+
+/// A directory of which the reading breaks off after the first name, and one beside it.
+class BreakingOff final : public FakeFileManager {
+public:
+    BreakingOff()
+        : FakeFileManager(nullptr)
+    {
+    }
+    std::unique_ptr<WalkedDirectory> walk(FileURL const&) const override
+    {
+        return std::make_unique<Directory>(Names { "broken", "whole" });
+    }
+
+private:
+    class Directory final : public WalkedDirectory {
+    public:
+        explicit Directory(Names names)
+            : names_(std::move(names))
+        {
+        }
+        Result<void> addNamesOfFolders(NameList& names) const override
+        {
+            for (auto const& name : names_) {
+                if (name == "end")
+                    return Error { ErrorKind::other, "The reading broke off." };
+                names.add(name);
+            }
+            return {};
+        }
+        std::unique_ptr<WalkedDirectory> folder(std::string_view name) const override
+        {
+            if (name == "broken")
+                return std::make_unique<Directory>(Names { "read", "end" });
+            return std::make_unique<Directory>(name == "whole" ? Names { "a", "b" } : Names {});
+        }
+
+    private:
+        Names names_;
+    };
+};
 
 class SnapshotWalkTest : public DiskTest {
 protected:
@@ -280,6 +323,17 @@ TEST_F(SnapshotWalkTest, AFolderThatCannotBeReadHasNoChildren)
     EXPECT_TRUE(nodes[0].children.empty());
     EXPECT_EQ(namesOf(nodes[1].children), (Names { "in" }));
     EXPECT_EQ(roots({ { "gone", folder / "gone" } }), (SnapshotNodes { { "gone", (folder / "gone").path(), {} } }));
+}
+
+TEST_F(SnapshotWalkTest, AFolderOfWhichTheReadingBreaksOffHasNoChildrenAndCostsNothing)
+{
+    BreakingOff const files;
+    int budget = 10;
+    auto const nodes = SnapshotWalk(files, *platform().collation).subfolders(FileURL("/A"), 1, budget);
+    EXPECT_EQ(nodes,
+        (SnapshotNodes {
+            { "broken", "/A/broken" }, { "whole", "/A/whole", { { "a", "/A/whole/a" }, { "b", "/A/whole/b" } } } }));
+    EXPECT_EQ(budget, 6);
 }
 
 TEST_F(SnapshotWalkTest, AFolderWhoseNameIsNotUTF8IsLeftOutWithWhatIsBelow)

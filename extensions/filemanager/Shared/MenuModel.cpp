@@ -70,7 +70,7 @@ private:
     /// A folder may be in the menu several times, as itself and through aliases.
     std::string nameFor(std::string_view path)
     {
-        auto const count = ++timesSeen_.try_emplace(std::string(path)).first->second;
+        auto const count = ++timesSeen_[std::string(path)];
         auto name = "Marrowick-" + op_ + "-" + encoded(path);
         return count > 1 ? name + "-" + std::to_string(count) : name;
     }

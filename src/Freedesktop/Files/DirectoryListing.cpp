@@ -156,7 +156,7 @@ public:
                 && !(name.find('.') != std::string_view::npos && isPackageName(name)))
                 names_.add(name);
         });
-        if (hasHiddenNamesFile_) {
+        if (error == 0 && hasHiddenNamesFile_) {
             HiddenNames const hidden(directory_);
             names_.removeIf(first_, [&](std::string_view name) { return hidden.contains(name); });
         }
