@@ -1,6 +1,7 @@
 #include "Fakes/NoDefaultMemory.h"
 #include "Support/Snapshot.h"
 
+#include <algorithm>
 #include <memory_resource>
 #include <optional>
 #include <string>
@@ -14,6 +15,15 @@ namespace marrowick {
 namespace {
 
 using Paths = std::unordered_set<std::string_view>;
+
+/// Whether all of the node is in that memory, with all that is below it.
+bool liesIn(std::pmr::memory_resource* memory, SnapshotNode const& node)
+{
+    return node.name.get_allocator().resource() == memory && node.path.get_allocator().resource() == memory
+        && node.children.get_allocator().resource() == memory
+        && std::all_of(node.children.begin(), node.children.end(),
+            [&](SnapshotNode const& child) { return liesIn(memory, child); });
+}
 
 TEST(SnapshotTest, AllPathsAreThoseOfEveryNodeAtEveryDepth)
 {
@@ -55,6 +65,8 @@ TEST(SnapshotTest, ANodeLiesInTheMemoryOfItsListWithAllThatIsBelow)
         EXPECT_EQ(list[0].children[0], outside);
         EXPECT_EQ(list[1], outside);
         EXPECT_EQ(list.back(), list.front());
+        for (auto const& node : list)
+            EXPECT_TRUE(liesIn(&memory, node));
     }
 }
 
@@ -69,6 +81,7 @@ TEST(SnapshotTest, ANodeOfItsOwnTakesNoOthersMemory)
         node.emplace("A", "/A", std::move(list));
     }
     EXPECT_EQ(node, (SnapshotNode { "A", "/A", { { name, name, {} } } }));
+    EXPECT_TRUE(liesIn(std::pmr::get_default_resource(), *node));
 }
 
 TEST(SnapshotTest, ACopyOfANodeOutlivesTheMemoryOfItsList)
@@ -88,6 +101,9 @@ TEST(SnapshotTest, ACopyOfANodeOutlivesTheMemoryOfItsList)
     SnapshotNode const expected { name, name, { { name, name, {} } } };
     EXPECT_EQ(copies, (SnapshotNodes { expected, expected, expected }));
     EXPECT_EQ(copy, expected);
+    EXPECT_TRUE(liesIn(std::pmr::get_default_resource(), *copy));
+    for (auto const& node : copies)
+        EXPECT_TRUE(liesIn(std::pmr::get_default_resource(), node));
 }
 
 }
